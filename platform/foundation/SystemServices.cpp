@@ -1,0 +1,7 @@
+#include "platform/foundation/SystemServices.h"
+
+SystemServices &systemServices()
+{
+    static SystemServices services;
+    return services;
+}

@@ -1,0 +1,100 @@
+#pragma once
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QLocale>
+#include <QStringList>
+#include <QVariant>
+
+#include <functional>
+
+class Bundle;
+class QObject;
+
+/// The time of day. Any thread.
+class Clock
+{
+public:
+    virtual ~Clock() = default;
+    virtual QDateTime now() const = 0;
+};
+
+/// Deferred work on the main loop. Main thread.
+class Scheduler
+{
+public:
+    virtual ~Scheduler() = default;
+    /// Runs the work once, after the delay, unless the context is gone by then.
+    virtual void after(double seconds, QObject *context, std::function<void()> work) = 0;
+    /// Queues the work on the main loop.
+    virtual void later(QObject *context, std::function<void()> work) = 0;
+};
+
+/// What the user reads and how dates and numbers are written. Any thread.
+class Languages
+{
+public:
+    virtual ~Languages() = default;
+    /// Language tags (BCP 47, as short as their meaning allows), most wanted first; may be empty.
+    virtual QStringList preferred() const = 0;
+    virtual QLocale locale() const = 0;
+};
+
+/// The user who runs the program. Any thread.
+class Account
+{
+public:
+    virtual ~Account() = default;
+    virtual QString loginName() const = 0;
+    /// What "~" stands for: follows HOME.
+    virtual QString home() const = 0;
+    /// The home folder of the real user in the password database; null without an entry.
+    virtual QString actualHome() const = 0;
+};
+
+/// Settings that outlive the process, of the host and of every plugin.
+class UserDefaults
+{
+public:
+    virtual ~UserDefaults() = default;
+    /// Invalid when absent. Any thread.
+    virtual QVariant value(const QString &key) const = 0;
+    virtual void setValue(const QString &key, const QVariant &value) = 0;
+    virtual void removeValue(const QString &key) = 0;
+    virtual QStringList keys() const = 0;
+    /// Writes to disk at once, whole or not at all. False when that failed.
+    virtual bool synchronize() = 0;
+};
+
+/// The system's own log. Any thread.
+class SystemLog
+{
+public:
+    virtual ~SystemLog() = default;
+    virtual void write(const QString &message) = 0;
+};
+
+/// The end of the process without the normal termination sequence.
+class ProcessEnd
+{
+public:
+    virtual ~ProcessEnd() = default;
+    /// The real one does not return.
+    virtual void exit(int status) = 0;
+};
+
+/// Everything without a window that leaves the process. The running program sets the real ones
+/// once, a test its own; none is ever null while the delegate lives. Not owned.
+struct SystemServices
+{
+    Clock *clock = nullptr;
+    Scheduler *scheduler = nullptr;
+    Languages *languages = nullptr;
+    Account *account = nullptr;
+    UserDefaults *defaults = nullptr;
+    SystemLog *systemLog = nullptr;
+    ProcessEnd *processEnd = nullptr;
+    Bundle *mainBundle = nullptr;
+};
+
+SystemServices &systemServices();

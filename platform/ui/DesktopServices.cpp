@@ -1,0 +1,7 @@
+#include "platform/ui/DesktopServices.h"
+
+DesktopServices &desktopServices()
+{
+    static DesktopServices services;
+    return services;
+}

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QColor>
+
+/// The colours shared with plugins. Stateless; usable from any thread.
+class mndTheme
+{
+public:
+    QColor backgroundColor() const { return Qt::white; }
+
+    /// Components are single-precision roundings of their decimals.
+    QColor sidebarColor() const { return QColor::fromRgbF(0.66F, 0.84F, 0.95F, 1.0F); }
+
+    QColor sidebarFontColor() const { return Qt::black; }
+};

@@ -1,0 +1,88 @@
+#include "platform/foundation/Perform.h"
+
+#include <gtest/gtest.h>
+
+#include <QObject>
+
+#include <stdexcept>
+
+using namespace Qt::StringLiterals;
+
+class Receiver : public QObject
+{
+    Q_OBJECT
+
+public:
+    QStringList calls;
+
+public Q_SLOTS:
+    void onViewShow() { calls << u"onViewShow"_s; }
+    void tbPressed(const QString &title) { calls << u"tbPressed "_s + title; }
+    void setDelay(int seconds) { calls << u"setDelay %1"_s.arg(seconds); }
+    void takesAny(const QVariant &value) { calls << u"any "_s + value.toString(); }
+    bool sourceListItemHasIcon(QObject *list, QObject *item)
+    {
+        calls << (list == this && !item ? u"hasIcon"_s : u"wrong"_s);
+        return true;
+    }
+    void _loaded2() { calls << u"loaded2"_s; }
+    void fails() { throw std::runtime_error("from the slot"); }
+
+Q_SIGNALS:
+    void aSignal();
+};
+
+TEST(Perform, FindsMethodsByWrittenName)
+{
+    struct Case
+    {
+        const char *selector;
+        QVariantList arguments;
+        const char *call;
+    };
+    Receiver receiver;
+    const QVariant self = QVariant::fromValue<QObject *>(&receiver);
+    const QVariant nobody = QVariant::fromValue<QObject *>(nullptr);
+    const Case cases[] = {
+        {"onViewShow", {}, "onViewShow"},
+        {"tbPressed:", {u"OK"_s}, "tbPressed OK"},
+        {"setDelay:", {u"7"_s}, "setDelay 7"},
+        {"takesAny:", {1.5}, "any 1.5"},
+        {"sourceList:itemHasIcon:", {self, nobody}, "hasIcon"},
+        {"__loaded2", {}, "loaded2"},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.selector);
+        receiver.calls.clear();
+        const Selector selector(QString::fromLatin1(c.selector));
+        EXPECT_TRUE(perform::responds(&receiver, selector));
+        EXPECT_TRUE(perform::send(&receiver, selector, c.arguments));
+        EXPECT_EQ(receiver.calls, QStringList{QString::fromLatin1(c.call)});
+    }
+}
+
+TEST(Perform, RefusesWhatTheReceiverDoesNotAnswer)
+{
+    Receiver receiver;
+    for (const char *name : {"", ":", "onViewShow:", "tbPressed", "unknown", "aSignal",
+                             "sourceList:", "a:b:c:d:e:f:g:h:i:j:k:l:"}) {
+        SCOPED_TRACE(name);
+        const Selector selector(QString::fromLatin1(name));
+        EXPECT_FALSE(perform::responds(&receiver, selector));
+        EXPECT_FALSE(perform::send(&receiver, selector, {1, 2}));
+    }
+    EXPECT_FALSE(perform::responds(nullptr, Selector(u"onViewShow"_s)));
+    EXPECT_FALSE(
+        perform::send(&receiver, Selector(u"setDelay:"_s), {QVariant::fromValue(QStringList())}));
+    EXPECT_TRUE(receiver.calls.isEmpty());
+}
+
+TEST(Perform, DropsExceptionsOnlyWhenAskedTo)
+{
+    Receiver receiver;
+    const Selector fails(u"fails"_s);
+    EXPECT_THROW(perform::send(&receiver, fails), std::runtime_error);
+    EXPECT_TRUE(perform::sendQuietly(&receiver, fails));
+}
+
+#include "PerformTest.moc"
