@@ -1,0 +1,48 @@
+#include "app/CommandLine.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QFileInfo>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+bool CommandLine::needsNoDisplay(int argc, char **argv)
+{
+    return std::any_of(argv + 1, argv + argc, [](const char *argument) {
+        const QLatin1StringView text(argument);
+        return text == "--list-plugins"_L1 || text.startsWith("--check-plugin"_L1)
+            || text == "--help"_L1 || text == "-h"_L1 || text == "--help-all"_L1
+            || text == "--version"_L1 || text == "-v"_L1;
+    });
+}
+
+CommandLine CommandLine::parse()
+{
+    const QCommandLineOption hidden(u"hidden"_s, u"Start without showing the window."_s);
+    const QCommandLineOption list(
+        u"list-plugins"_s,
+        u"List every plugin with its load time, and what was refused and why."_s);
+    const QCommandLineOption check(
+        u"check-plugin"_s, u"Say what is wrong with a plugin bundle, a line each."_s, u"bundle"_s);
+    const QCommandLineOption snapshot(
+        u"snapshot"_s, u"Print the sidebar's rows, save a picture of the window and end."_s,
+        u"file"_s);
+    QCommandLineParser parser;
+    parser.setApplicationDescription(u"Keeps a machine tidy and healthy."_s);
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addOptions({hidden, list, check, snapshot});
+    parser.addPositionalArgument(u"documents"_s, u"Documents to open."_s, u"[documents...]"_s);
+    parser.process(*QCoreApplication::instance());
+
+    CommandLine result;
+    result.hidden = parser.isSet(hidden);
+    result.listPlugins = parser.isSet(list);
+    result.checkPlugin = parser.isSet(check) ? parser.value(check) : QString();
+    result.snapshot = parser.isSet(snapshot) ? parser.value(snapshot) : QString();
+    for (const QString &document : parser.positionalArguments())
+        result.documents << QFileInfo(document).absoluteFilePath();
+    return result;
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+/// What the program was started for.
+struct CommandLine
+{
+    bool hidden = false; ///< start without showing the window
+    bool listPlugins = false;
+    QString checkPlugin;   ///< path of a bundle; null for none
+    QString snapshot;      ///< path of a picture to save before ending; null for none
+    QStringList documents; ///< absolute paths
+
+    /// Whether no window is shown and the program ends by itself.
+    bool isDiagnosis() const { return listPlugins || !checkPlugin.isNull(); }
+
+    /// Whether these raw arguments ask for something that needs no display.
+    static bool needsNoDisplay(int argc, char **argv);
+
+    /// Reads the application object's arguments. Answers --help and --version, and ends the process
+    /// with status 1 and a line on standard error for an unknown option.
+    static CommandLine parse();
+};

@@ -1,0 +1,80 @@
+#include "app/PluginDiagnosis.h"
+
+#include "plugin_host/mndPlugins.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Row = std::array<QString, 5>;
+
+QString milliseconds(double value)
+{
+    return QString::number(value, 'f', 1);
+}
+
+void printTable(const QList<Row> &rows, QTextStream &out)
+{
+    std::array<qsizetype, 5> widths{};
+    for (const Row &row : rows) {
+        for (std::size_t i = 0; i < row.size(); ++i)
+            widths[i] = std::max(widths[i], row[i].size());
+    }
+    for (const Row &row : rows) {
+        QString line;
+        for (std::size_t i = 0; i < row.size(); ++i)
+            line += row[i].leftJustified(widths[i] + 2);
+        out << line.trimmed() << '\n';
+    }
+}
+
+} // namespace
+
+void PluginDiagnosis::list(QTextStream &out) const
+{
+    QList<Row> rows{{u"ID"_s, u"NAME"_s, u"HEADING"_s, u"MS"_s, u"PATH"_s}};
+    for (const PluginLoadReport &report : m_reports) {
+        if (report.accepted) {
+            rows << Row{report.id, report.name, report.heading, milliseconds(report.milliseconds),
+                        report.path};
+        }
+    }
+    printTable(rows, out);
+    for (const PluginLoadReport &report : m_reports) {
+        if (!report.accepted)
+            out << "refused: " << report.path << ": " << report.problems.join(u"; "_s) << '\n';
+    }
+}
+
+const PluginLoadReport *PluginDiagnosis::find(const QString &canonicalPath) const
+{
+    const auto found = std::find_if(m_reports.begin(), m_reports.end(), [&](const auto &report) {
+        return QFileInfo(report.path).canonicalFilePath() == canonicalPath;
+    });
+    return found == m_reports.end() ? nullptr : &*found;
+}
+
+int PluginDiagnosis::check(const QString &path, mndPlugins &plugins, QTextStream &out)
+{
+    const QFileInfo bundle(path);
+    const PluginLoadReport *report = bundle.exists() ? find(bundle.canonicalFilePath()) : nullptr;
+    if (!report) {
+        plugins.setObserver(this);
+        plugins.loadPluginFromPath(bundle.absoluteFilePath());
+        report = &m_reports.last();
+    }
+    for (const QString &problem : report->problems)
+        out << bundle.fileName() << ": " << problem << '\n';
+    if (bundle.suffix() != "bundle"_L1)
+        out << bundle.fileName()
+            << ": its name does not end in \".bundle\": it is never looked at\n";
+    else if (report->problems.isEmpty())
+        out << bundle.fileName() << ": no problems found; \"" << report->id << "\" loads in "
+            << milliseconds(report->milliseconds) << " ms\n";
+    return report->accepted && report->problems.isEmpty() && bundle.suffix() == "bundle"_L1 ? 0 : 1;
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "plugin_host/PluginLoadReport.h"
+
+#include <QList>
+#include <QTextStream>
+
+class mndPlugins;
+
+/// Collects what becomes of every bundle, for --list-plugins and --check-plugin.
+class PluginDiagnosis : public PluginLoadObserver
+{
+public:
+    void bundleHandled(const PluginLoadReport &report) override { m_reports << report; }
+
+    /// Every plugin with id, name, heading, path and load time; then the refused ones with the
+    /// reason.
+    void list(QTextStream &out) const;
+
+    /// Loads the bundle, unless start-up did, and says in one line each what is wrong with it.
+    /// @return the exit status: 0 when nothing is.
+    int check(const QString &path, mndPlugins &plugins, QTextStream &out);
+
+private:
+    const PluginLoadReport *find(const QString &canonicalPath) const;
+
+    QList<PluginLoadReport> m_reports;
+};

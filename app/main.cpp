@@ -1,0 +1,147 @@
+#include "app/CommandLine.h"
+#include "app/PluginDiagnosis.h"
+#include "app/SingleInstance.h"
+#include "app/Snapshot.h"
+#include "app/TrayIcon.h"
+#include "host/InterfaceFiles.h"
+#include "host/mndAppDelegate.h"
+#include "platform/foundation/Bundle.h"
+#include "platform/foundation/RealSystemServices.h"
+#include "platform/foundation/RealUserDefaults.h"
+#include "platform/ui/Application.h"
+#include "platform/ui/InterfaceFile.h"
+#include "platform/ui/NamedImage.h"
+#include "platform/ui/RealDesktopServices.h"
+#include "plugin_host/mndPlugins.h"
+
+#include <QTextStream>
+#include <QTimer>
+
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Long enough for live figures to have come in.
+constexpr int snapshotDelay = 3000; // milliseconds
+
+/// Asking for a tray takes a while; the sidebar comes first.
+constexpr int trayDelay = 500; // milliseconds
+
+/// The services as the running program has them, for as long as it runs.
+struct RealServices
+{
+    RealServices()
+    {
+        systemServices() = {&clock,    &scheduler, &languages,  &account,
+                            &defaults, &systemLog, &processEnd, &mainBundle};
+        desktopServices() = {&alertPanel, &workspace, &screen};
+    }
+
+    ~RealServices()
+    {
+        systemServices() = {};
+        desktopServices() = {};
+    }
+    Q_DISABLE_COPY_MOVE(RealServices)
+
+    RealClock clock;
+    RealScheduler scheduler;
+    RealUserDefaults defaults;
+    RealLanguages languages{defaults};
+    RealAccount account;
+    RealSystemLog systemLog;
+    RealProcessEnd processEnd;
+    Bundle mainBundle{Bundle::mainBundlePath()};
+    MessageBoxAlertPanel alertPanel;
+    XdgWorkspace workspace;
+    WindowSystemScreen screen;
+};
+
+bool hasDisplay()
+{
+    return !qEnvironmentVariableIsEmpty("DISPLAY")
+        || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
+        || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+}
+
+void setIdentity(Application &application)
+{
+    Application::setApplicationName(u"solvane"_s);
+    Application::setApplicationDisplayName(u"Solvane"_s);
+    Application::setApplicationVersion(
+        systemServices().mainBundle->infoValue(u"CFBundleVersion"_s).toString());
+    Application::setDesktopFileName(u"com.solvane.Solvane"_s);
+    application.setWindowIcon(NamedImage::pixmap(u"solvane"_s, {64, 64}, 1));
+}
+
+int diagnose(const CommandLine &commandLine, Application &application)
+{
+    PluginDiagnosis diagnosis;
+    mndAppDelegate delegate;
+    setApplicationDelegate(&delegate);
+    const auto window = InterfaceFile::load(u"MainMenu"_s, &delegate);
+    delegate.setPluginLoadObserver(&diagnosis);
+    application.finishLaunching();
+
+    QTextStream out(stdout);
+    if (commandLine.listPlugins)
+        diagnosis.list(out);
+    return commandLine.checkPlugin.isNull()
+        ? 0
+        : diagnosis.check(commandLine.checkPlugin, *delegate.plugins(), out);
+}
+
+int run(const CommandLine &commandLine, Application &application)
+{
+    SingleInstance instance(application);
+    if (instance.claim() == SingleInstance::Second) {
+        if (commandLine.hidden || SingleInstance::passOn(commandLine.documents))
+            return 0;
+        QTextStream(stderr) << "solvane: the running program does not answer\n";
+        return 1;
+    }
+
+    mndAppDelegate delegate;
+    setApplicationDelegate(&delegate);
+    const auto window = InterfaceFile::load(u"MainMenu"_s, &delegate);
+    if (commandLine.hidden)
+        delegate.windowShouldClose(window.get());
+    else
+        window->show();
+    application.finishLaunching();
+    for (const QString &document : commandLine.documents)
+        application.openFile(document);
+
+    std::optional<TrayIcon> tray;
+    QTimer::singleShot(trayDelay, &application, [&] {
+        if (TrayIcon::isAvailable())
+            tray.emplace(application, delegate);
+    });
+    if (!commandLine.snapshot.isNull()) {
+        QTimer::singleShot(snapshotDelay, &application, [&] {
+            Application::exit(takeSnapshot(delegate, commandLine.snapshot));
+        });
+    }
+    return Application::exec();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (CommandLine::needsNoDisplay(argc, argv)) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    } else if (!hasDisplay()) {
+        QTextStream(stderr) << "solvane: there is no display to show the window on\n";
+        return 1;
+    }
+    Application application(argc, argv);
+    const RealServices services;
+    setIdentity(application);
+    const CommandLine commandLine = CommandLine::parse();
+    addInterfaceFiles();
+    return commandLine.isDiagnosis() ? diagnose(commandLine, application)
+                                     : run(commandLine, application);
+}

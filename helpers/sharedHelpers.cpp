@@ -1,0 +1,8 @@
+#include "helpers/sharedHelpers.h"
+
+#include "platform/ui/ApplicationDelegate.h"
+
+QObject *sharedHelpers::getCore() const
+{
+    return applicationDelegate();
+}

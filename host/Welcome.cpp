@@ -1,0 +1,8 @@
+#include "host/Welcome.h"
+
+using namespace Qt::StringLiterals;
+
+Welcome::Welcome()
+{
+    loadInterfaceFile(u"Welcome"_s);
+}

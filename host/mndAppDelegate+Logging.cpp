@@ -1,0 +1,88 @@
+#include "host/LogFile.h"
+#include "host/mndAppDelegate.h"
+#include "platform/foundation/Format.h"
+#include "platform/foundation/SystemServices.h"
+#include "platform/ui/DesktopServices.h"
+
+#include <QFile>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString extendedLoggingKey()
+{
+    return u"slvCore.elog"_s;
+}
+
+} // namespace
+
+void mndAppDelegate::logPlace(const char *selector, int place, const QString &text)
+{
+    if (!_core)
+        return;
+    const QString className = QString::fromLatin1(metaObject()->className());
+    const QString selectorName = QString::fromLatin1(selector);
+    _core->log(text.isNull() ? format(u"%@::%@:%d"_s, {className, selectorName, place})
+                             : format(u"%@::%@:%d %@"_s, {className, selectorName, place, text}));
+}
+
+QString mndAppDelegate::logFilePath() const
+{
+    return systemServices().account->home() + u"/Library/Logs/solvane.log"_s;
+}
+
+bool mndAppDelegate::extendedLoggingValue()
+{
+    return systemServices().defaults->value(extendedLoggingKey()).toBool();
+}
+
+void mndAppDelegate::setExtendedLoggingValue(bool value)
+{
+    systemServices().defaults->setValue(extendedLoggingKey(), value);
+    systemServices().defaults->synchronize();
+}
+
+void mndAppDelegate::log(const QString &message)
+{
+    if (!extendedLoggingValue())
+        return;
+    const QString line =
+        LogFile::line(message, systemServices().clock->now(), systemServices().languages->locale());
+    if (!LogFile::append(logFilePath(), line))
+        systemServices().systemLog->write(line);
+}
+
+void mndAppDelegate::onExtendedLoggingEnable(QObject *)
+{
+    const bool enabled = extendedLoggingValue();
+    // A click has switched the mark already; it may only follow the value.
+    if (miExtendedLoggingEnable)
+        miExtendedLoggingEnable->setChecked(enabled);
+    if (!enabled) {
+        const auto answer = desktopServices().alertPanel->run(
+            stringResource(u"SZ_TITLE"_s, u"Solvane"_s),
+            stringResource(u"SZ_EXTENDED_LOGGING_PROMPT"_s,
+                           u"Extended logging generates a lot of data and may reduce the "
+                           "performance of Solvane.  Please only enable this option if support has "
+                           "asked you to do so for troubleshooting purposes."_s),
+            stringResource(u"SZ_CANCEL"_s, u"Cancel"_s),
+            stringResource(u"SZ_ENABLE"_s, u"Enable"_s));
+        if (answer == AlertPanel::Default)
+            return;
+    }
+    setExtendedLoggingValue(!enabled);
+    if (miExtendedLoggingEnable)
+        miExtendedLoggingEnable->setChecked(!enabled);
+    QFile::remove(logFilePath());
+}
+
+void mndAppDelegate::onExtendedLoggingSend(QObject *)
+{
+    if (desktopServices().workspace->openFile(logFilePath()))
+        return;
+    desktopServices().alertPanel->run(
+        stringResource(u"SZ_TITLE"_s, u"Solvane"_s),
+        stringResource(u"SZ_NO_LOG"_s, u"There is currently no logfile available to view."_s),
+        u"OK"_s, {});
+}

@@ -1,0 +1,206 @@
+#include "host/mndAppDelegate.h"
+#include "platform/foundation/Format.h"
+#include "platform/foundation/MainThread.h"
+#include "platform/ui/ProgressIndicator.h"
+#include "plugin_host/mndPlugins.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const SourceListItem *node(QObject *item)
+{
+    return qobject_cast<const SourceListItem *>(item);
+}
+
+/// The number that a text begins with; 0 when it begins with none.
+quint64 leadingNumber(const QString &text)
+{
+    qsizetype end = 0;
+    while (end < text.size() && text[end] >= u'0' && text[end] <= u'9')
+        ++end;
+    return QStringView(text).first(end).toULongLong();
+}
+
+} // namespace
+
+void mndAppDelegate::buildSidebarTree()
+{
+    SidebarTree::Headings headings;
+    _core = this;
+    m_tree.getParentItemNamed(stringResource(u"SZ_HEADING_CLEANING"_s, u"Cleaning"_s), headings);
+    m_tree.getParentItemNamed(stringResource(u"SZ_HEADING_OPTIMIZATION"_s, u"Optimization"_s),
+                              headings);
+    m_tree.getParentItemNamed(stringResource(u"SZ_HEADING_SECURITY"_s, u"Security"_s), headings);
+    m_tree.getParentItemNamed(stringResource(u"SZ_HEADING_SYSTEM"_s, u"System"_s), headings);
+    m_tree.getParentItemNamed(stringResource(u"SZ_HEADING_ONLINE"_s, u"Online"_s), headings);
+    m_tree.addPlugins(*m_Plugins, headings);
+    sourceListItems = headings;
+}
+
+void mndAppDelegate::setSidebarNeedsDisplay()
+{
+    if (!sourceList)
+        return;
+    // Icons and badges are changed on the caller's thread, but only the main thread may touch a
+    // view.
+    if (MainThread::isCurrent())
+        sourceList->viewport()->update();
+    else
+        MainThread::runLater([list = sourceList] {
+            if (list)
+                list->viewport()->update();
+        });
+}
+
+Dictionary mndAppDelegate::infoOfPlugin(const QString &id) const
+{
+    return m_Plugins ? mndPlugins::info(m_Plugins->pluginWithID(id)) : Dictionary();
+}
+
+void mndAppDelegate::sourceListSelectionDidChange(const Notification &)
+{
+    if (!sourceList || !m_Plugins)
+        return;
+    const RowIndexes selected = sourceList->selectedRowIndexes();
+    if (selected.size() != 1)
+        return;
+    const SourceListItem *item = node(sourceList->itemAtRow(*selected.begin()));
+    if (!item)
+        return;
+    uiRevertToSystemTouchbar();
+    m_Plugins->doDisplayMainViewForPluginAtIndex(leadingNumber(item->identifier), pluginViewHost);
+    setSidebarNeedsDisplay();
+}
+
+void mndAppDelegate::sourceListDeleteKeyPressedOnRows(const Notification &) { }
+
+bool mndAppDelegate::showPlugin(const QString &id)
+{
+    if (uiModalShowing())
+        return false;
+    logPlace("showPlugin:", 216, id);
+    uiRevertToSystemTouchbar();
+    const Dictionary info = infoOfPlugin(id);
+    if (info.isAbsent())
+        return false;
+    if (info.string(u"parent"_s) != SidebarTree::hiddenHeading()) {
+        _highlightItem(info.string(u"parent"_s), info.string(u"name"_s));
+        return true;
+    }
+    m_Plugins->doDisplayMainViewForPluginById(id, pluginViewHost);
+    setSidebarNeedsDisplay();
+    if (sourceList)
+        sourceList->deselectAll();
+    return true;
+}
+
+void mndAppDelegate::_highlightItem(const QString &heading, const QString &title)
+{
+    const auto row = SidebarTree::rowNumber(sourceListItems, heading, title);
+    if (!row || !sourceList)
+        return;
+    sourceList->selectRowIndexes({static_cast<int>(*row)}, false);
+    setSidebarNeedsDisplay();
+}
+
+void mndAppDelegate::pluginSetBadge(const QString &id, quint64 value)
+{
+    const Dictionary info = infoOfPlugin(id);
+    if (!info.isAbsent())
+        _setBadge(info.string(u"parent"_s), info.string(u"name"_s), value);
+}
+
+void mndAppDelegate::_setBadge(const QString &heading, const QString &title, quint64 value)
+{
+    if (SourceListItem *item = SidebarTree::findItem(sourceListItems, heading, title))
+        item->badgeValue = static_cast<qint64>(value);
+    setSidebarNeedsDisplay();
+}
+
+void mndAppDelegate::pluginSetIcon(const QString &id, const QImage &icon)
+{
+    const Dictionary info = infoOfPlugin(id);
+    if (icon.isNull() || info.isAbsent())
+        return;
+    _pluginSetIcon(info.string(u"parent"_s), info.string(u"name"_s), icon);
+    setSidebarNeedsDisplay();
+}
+
+void mndAppDelegate::_pluginSetIcon(const QString &heading, const QString &title,
+                                    const QImage &icon)
+{
+    if (SourceListItem *item = SidebarTree::findItem(sourceListItems, heading, title))
+        item->icon = icon;
+}
+
+void mndAppDelegate::pluginSetIconHighlighted(const QString &id, const QImage &icon)
+{
+    // The row keeps the image it was made with; the stored one serves the Touch Bar.
+    if (!icon.isNull())
+        infoOfPlugin(id).setValue(u"icon-selected"_s, icon);
+}
+
+// Stands beside its siblings for whoever wants the row to follow; nothing calls it today.
+void mndAppDelegate::_pluginSetIconHighlighted(const QString &heading, const QString &title,
+                                               const QImage &icon)
+{
+    if (SourceListItem *item = SidebarTree::findItem(sourceListItems, heading, title))
+        item->iconSelected = icon;
+}
+
+void mndAppDelegate::pluginSetProcessing(const QString &id, bool value)
+{
+    if (!m_Plugins)
+        return;
+    for (quint64 i = 0; i < m_Plugins->count(); ++i) {
+        const Dictionary info = mndPlugins::info(m_Plugins->pluginAtIndex(i));
+        if (info.string(u"id"_s) != id || !info.contains(u"parent"_s) || !info.contains(u"name"_s))
+            continue;
+        const QVariantList packed{info.string(u"parent"_s), info.string(u"name"_s), value};
+        MainThread::runAndWait([&] { pluginSetProcessingEx(packed); });
+        return;
+    }
+}
+
+void mndAppDelegate::pluginSetProcessingEx(const QVariantList &packed)
+{
+    _pluginSetProcessing(packed.value(0).toString(), packed.value(1).toString(),
+                         packed.value(2).toBool());
+    setSidebarNeedsDisplay();
+}
+
+void mndAppDelegate::_pluginSetProcessing(const QString &heading, const QString &title, bool value)
+{
+    const auto row = SidebarTree::rowNumber(sourceListItems, heading, title);
+    if (!row || !sourceList)
+        return;
+    const QRectF cell = sourceList->frameOfCellAtColumn(0, static_cast<int>(*row));
+    const QRect frame =
+        QRectF(cell.right() - 20, cell.top(), cell.height(), cell.height()).toRect();
+    // A spinner is known by its frame alone: after the sidebar has changed its size a row gets a
+    // new one, and the old one stays where it was.
+    const auto existing =
+        sourceList->viewport()->findChildren<ProgressIndicator *>(Qt::FindDirectChildrenOnly);
+    const auto found = std::find_if(existing.begin(), existing.end(), [&](const QWidget *spinner) {
+        return spinner->geometry() == frame;
+    });
+    ProgressIndicator *spinner = found != existing.end() ? *found : nullptr;
+    if (!spinner) {
+        spinner = new ProgressIndicator(sourceList->viewport());
+        spinner->setGeometry(frame);
+        spinner->hide();
+    }
+    spinner->setVisible(value);
+    if (value)
+        spinner->startAnimation();
+}
+
+void mndAppDelegate::setAllPluginsProcessing(bool value)
+{
+    for (quint64 i = 0; m_Plugins && i < m_Plugins->count(); ++i) {
+        const Dictionary info = mndPlugins::info(m_Plugins->pluginAtIndex(i));
+        if (info.contains(u"id"_s))
+            pluginSetProcessing(info.string(u"id"_s), value);
+    }
+}

@@ -1,0 +1,271 @@
+#include "host/mndAppDelegate.h"
+
+#include "aux_windows/mndAbout.h"
+#include "aux_windows/mndPrefs.h"
+#include "aux_windows/slvFeedback.h"
+#include "helpers/sharedHelpers.h"
+#include "platform/foundation/Bundle.h"
+#include "platform/foundation/Format.h"
+#include "platform/foundation/MainThread.h"
+#include "platform/foundation/Perform.h"
+#include "platform/foundation/ProductAddresses.h"
+#include "platform/foundation/SystemServices.h"
+#include "platform/ui/DesktopServices.h"
+#include "platform/ui/NamedImage.h"
+#include "plugin_host/mndPlugins.h"
+
+#include <QApplication>
+#include <QLabel>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// From the end of start-up until the plugins hear of it, and again until the sidebar is drawn
+/// anew.
+constexpr double endOfStartupDelay = 0.1;
+
+constexpr int statusAfterReset = 1;
+
+void paintGround(QWidget *view, const QColor &color)
+{
+    if (!view)
+        return;
+    QPalette ground = view->palette();
+    ground.setColor(QPalette::Window, color);
+    view->setPalette(ground);
+    view->setAutoFillBackground(true);
+}
+
+} // namespace
+
+mndAppDelegate::mndAppDelegate()
+    : _core(this)
+{ }
+
+mndAppDelegate::~mndAppDelegate()
+{
+    // The views go back to their plugins, and the sidebar lets go of the tree, before either ends.
+    if (pluginViewHost)
+        mndPlugins::removeSubviews(pluginViewHost);
+    if (sourceList) {
+        sourceList->setDelegate(nullptr);
+        sourceList->setDataSource(nullptr);
+    }
+    if (_window)
+        _window->setDelegate(nullptr);
+}
+
+void mndAppDelegate::applicationDidFinishLaunching()
+{
+    _systbTitles.clear();
+    _theme = std::make_unique<mndTheme>();
+    if (!loadLanguageFile())
+        return;
+    localizeMenus();
+    _welcome = std::make_unique<Welcome>();
+    _feedback = std::make_unique<slvFeedback>();
+    addTitlebarAccessory();
+    if (_window) {
+        _window->setDelegate(this);
+        _window->setBackgroundColor(Qt::white);
+        _window->setDelegate(this);
+    }
+    _oldFrame = _window ? QRectF(_window->frameGeometry()) : QRectF();
+    _isModalShowing = 0;
+    _prefs.reset();
+    m_Factory.clear();
+    m_helpers = std::make_unique<sharedHelpers>();
+    sharedObjectRegister(u"SHARED.HELPERS"_s, m_helpers.get());
+    m_Plugins = std::make_unique<mndPlugins>(this);
+    m_Plugins->setObserver(m_observer);
+    m_Plugins->loadAllPlugins();
+    buildSidebarTree();
+    if (sourceList) {
+        sourceList->setDelegate(this);
+        sourceList->setDataSource(this);
+        sourceList->reloadData();
+    }
+    showPlugin(u"plugin.status"_s);
+    _about = std::make_unique<mndAbout>();
+    _prefs = std::make_unique<mndPrefs>();
+    if (_window)
+        _window->setDelegate(this);
+    if (sourceList) {
+        sourceList->setBackgroundColor(_theme->sidebarColor());
+        paintGround(sourceList->parentWidget(), _theme->sidebarColor());
+        sourceList->hide();
+    }
+    systemServices().scheduler->after(endOfStartupDelay, this, [this] { _loaded(); });
+    if (miExtendedLoggingEnable)
+        miExtendedLoggingEnable->setChecked(extendedLoggingValue());
+    logPlace("applicationDidFinishLaunching:", 847,
+             format(u"Loaded %@ (%d)"_s, {slvBundleVersionString(), mndEdition()}));
+}
+
+void mndAppDelegate::addTitlebarAccessory()
+{
+    if (!_window || !_window->supportsTitlebarAccessories())
+        return;
+    const int width = _window->frameGeometry().width();
+    _title = new QWidget;
+    _title->setGeometry(0, 0, width, 50);
+    auto *mark = new QLabel(_title);
+    mark->setGeometry(width / 2 - 10, 1, 20, 20);
+    mark->setPixmap(NamedImage::pixmap(u"v5-title-blu"_s, {20, 20}, _window->devicePixelRatioF()));
+    _window->addTitlebarAccessory(_title);
+    _window->setTitlebarAppearsTransparent(true);
+}
+
+void mndAppDelegate::_loaded()
+{
+    m_Plugins->performSelectorOnAllDelegates(Selector(u"onAllPluginsLoaded"_s));
+    systemServices().scheduler->later(this, [this] { _loaded2(); });
+}
+
+void mndAppDelegate::_loaded2()
+{
+    systemServices().scheduler->after(endOfStartupDelay, this, [this] {
+        if (sourceList)
+            sourceList->reloadData();
+    });
+    if (_window && _window->centralWidget())
+        _window->centralWidget()->update();
+    uiRevertToSystemTouchbar();
+    if (!getHomeDirectory().isNull())
+        beginAccessingBookmark();
+    if (sourceList) {
+        sourceList->show();
+        sourceList->viewWillStartLiveResize();
+        setSidebarNeedsDisplay();
+        sourceList->reloadData();
+    }
+    if (_window && _window->centralWidget())
+        _window->centralWidget()->update();
+}
+
+bool mndAppDelegate::applicationShouldHandleReopen(QObject *, bool)
+{
+    if (_window) {
+        _window->setWindowState(_window->windowState() & ~Qt::WindowMinimized);
+        _window->show();
+        _window->raise();
+        _window->activateWindow();
+    }
+    if (miShowMainWindow)
+        miShowMainWindow->setVisible(false);
+    if (miShowMainWindowSeperator)
+        miShowMainWindowSeperator->setVisible(false);
+    return true;
+}
+
+bool mndAppDelegate::applicationOpenFile(QObject *, const QString &)
+{
+    return true;
+}
+
+void mndAppDelegate::applicationWillTerminate()
+{
+    logPlace("applicationWillTerminate:", 1330);
+    endAccessingBookmark();
+}
+
+bool mndAppDelegate::windowShouldClose(QObject *)
+{
+    if (miShowMainWindow)
+        miShowMainWindow->setVisible(true);
+    if (miShowMainWindowSeperator)
+        miShowMainWindowSeperator->setVisible(true);
+    return true;
+}
+
+void mndAppDelegate::windowDidResize(QObject *) { }
+
+double mndAppDelegate::mndVersion()
+{
+    return 6.0;
+}
+
+quint64 mndAppDelegate::mndEdition()
+{
+    return 2;
+}
+
+QString mndAppDelegate::slvBundleVersionString()
+{
+    return format(u"v%@"_s, {systemServices().mainBundle->infoValue(u"CFBundleVersion"_s)});
+}
+
+void mndAppDelegate::onShowMainWindowClicked(QObject *)
+{
+    applicationShouldHandleReopen(qApp, false);
+}
+
+void mndAppDelegate::showMainWindow()
+{
+    onShowMainWindowClicked(nullptr);
+}
+
+void mndAppDelegate::onHelpClicked(QObject *)
+{
+    showPlugin(u"plugin.support"_s);
+}
+
+void mndAppDelegate::onPreferencesClicked(QObject *)
+{
+    if (_prefs)
+        _prefs->show();
+}
+
+void mndAppDelegate::onCheckForUpdateClicked(QObject *)
+{
+    perform::sendQuietly(sharedObject(u"shared.updater"_s), Selector(u"checkForUpdates"_s));
+}
+
+void mndAppDelegate::onAboutClicked(QObject *)
+{
+    if (!_about)
+        return;
+    beginModalSheet(_about->window());
+    uiMakeSLVTouchbarWithButtons({u"OK"_s}, _about.get(), Selector(u"onOKClicked:"_s),
+                                 _about->window());
+}
+
+void mndAppDelegate::onFeedbackClicked(QObject *)
+{
+    if (_feedback)
+        _feedback->refresh();
+}
+
+void mndAppDelegate::uiSendFeedback()
+{
+    onFeedbackClicked(nullptr);
+}
+
+void mndAppDelegate::lblHomepageClicked()
+{
+    desktopServices().workspace->openUrl(ProductAddresses::homePage());
+}
+
+void mndAppDelegate::onResetMyPreferences(QObject *)
+{
+    const QString prompt =
+        stringResource(u"SZ_RESET_PREFS_PROMPT"_s,
+                       u"This option will reset your preferences and should be used if you have "
+                       u"been advised to do "
+                       "so by Solvane support, or you are having trouble with Quick Clean not "
+                       "detecting many items "
+                       "to remove.\n\n"
+                       "After your preferences have been reset Solvane will automatically exit.\n\n"
+                       "Would you like to proceed?"_s);
+    const auto answer = desktopServices().alertPanel->run(
+        stringResource(u"SZ_TITLE"_s, u"Solvane"_s), prompt,
+        stringResource(u"SZ_CANCEL"_s, u"Cancel"_s), stringResource(u"SZ_RESET"_s, u"Reset"_s));
+    if (answer == AlertPanel::Default)
+        return;
+    UserDefaults &defaults = *systemServices().defaults;
+    for (const QString &key : defaults.keys())
+        defaults.removeValue(key);
+    defaults.synchronize();
+    systemServices().processEnd->exit(statusAfterReset);
+}

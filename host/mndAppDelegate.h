@@ -1,0 +1,228 @@
+#pragma once
+
+#include "host/LanguageFile.h"
+#include "host/Welcome.h"
+#include "platform/ui/ApplicationDelegate.h"
+#include "platform/ui/MainWindow.h"
+#include "plugin_host/mndCore.h"
+#include "plugin_host/SidebarTree.h"
+#include "sourcelist/PXSourceList.h"
+
+#include <QAction>
+#include <QHash>
+#include <QPointer>
+#include <QPushButton>
+
+#include <atomic>
+
+class mndAbout;
+class mndPlugins;
+class mndPrefs;
+class PluginLoadObserver;
+class sharedHelpers;
+class slvFeedback;
+
+/// The application's delegate: the host shell, and the host object that plugins talk to.
+///
+/// Wires the parts of the program together and fixes their order. One object, on the main thread;
+/// mndCore says which of its methods may be called from elsewhere.
+class mndAppDelegate : public QObject,
+                       public ApplicationDelegate,
+                       public PXSourceListDataSource,
+                       public PXSourceListDelegate,
+                       public mndCore,
+                       public WindowDelegate
+{
+    Q_OBJECT
+    Q_INTERFACES(
+        ApplicationDelegate PXSourceListDataSource PXSourceListDelegate mndCore WindowDelegate)
+    Q_PROPERTY(MainWindow *window READ window WRITE setWindow)
+    Q_PROPERTY(PXSourceList *sourceList MEMBER sourceList)
+    Q_PROPERTY(QWidget *pluginViewHost MEMBER pluginViewHost)
+    Q_PROPERTY(QAction *miShowMainWindow MEMBER miShowMainWindow)
+    Q_PROPERTY(QAction *miShowMainWindowSeperator MEMBER miShowMainWindowSeperator)
+    Q_PROPERTY(QAction *miCheckForUpdate MEMBER miCheckForUpdate)
+    Q_PROPERTY(QAction *miAbout MEMBER miAbout)
+    Q_PROPERTY(QAction *miPrefs MEMBER miPrefs)
+    Q_PROPERTY(QAction *miPrefsReset MEMBER miPrefsReset)
+    Q_PROPERTY(QAction *miFeedback MEMBER miFeedback)
+    Q_PROPERTY(QWidget *sysStatusView MEMBER sysStatusView)
+    Q_PROPERTY(QPushButton *_helpbtn MEMBER _helpbtn)
+    Q_PROPERTY(QAction *miServices MEMBER miServices)
+    Q_PROPERTY(QAction *miHideSolvane MEMBER miHideSolvane)
+    Q_PROPERTY(QAction *miHideOthers MEMBER miHideOthers)
+    Q_PROPERTY(QAction *miShowAll MEMBER miShowAll)
+    Q_PROPERTY(QAction *miQuit MEMBER miQuit)
+    Q_PROPERTY(QAction *miWindow MEMBER miWindow)
+    Q_PROPERTY(QAction *miMinimize MEMBER miMinimize)
+    Q_PROPERTY(QAction *miZoom MEMBER miZoom)
+    Q_PROPERTY(QAction *miBringToFront MEMBER miBringToFront)
+    Q_PROPERTY(QAction *miHelp MEMBER miHelp)
+    Q_PROPERTY(QAction *miHelpLink MEMBER miHelpLink)
+    Q_PROPERTY(QAction *miExtendedLogging MEMBER miExtendedLogging)
+    Q_PROPERTY(QAction *miExtendedLoggingEnable MEMBER miExtendedLoggingEnable)
+    Q_PROPERTY(QAction *miExtendedLoggingSend MEMBER miExtendedLoggingSend)
+
+public:
+    mndAppDelegate();
+    ~mndAppDelegate() override;
+
+    MainWindow *window() const { return _window; }
+    void setWindow(MainWindow *window) { _window = window; }
+
+    /// Told of every bundle that start-up handles; null for nobody. Not owned.
+    void setPluginLoadObserver(PluginLoadObserver *observer) { m_observer = observer; }
+    /// Null before start-up has made it.
+    mndPlugins *plugins() const { return m_Plugins.get(); }
+    const SidebarTree::Headings &headings() const { return sourceListItems; }
+
+    // ApplicationDelegate, WindowDelegate
+    void applicationDidFinishLaunching() override;
+    bool applicationShouldHandleReopen(QObject *application, bool hasVisibleWindows) override;
+    bool applicationOpenFile(QObject *application, const QString &path) override;
+    void applicationWillTerminate() override;
+    bool windowShouldClose(QObject *window) override;
+    void windowDidResize(QObject *window) override;
+
+    // mndCore
+    double mndVersion() override;
+    quint64 mndEdition() override;
+    QString slvBundleVersionString() override;
+    std::unique_ptr<QObject> newFactoryInstance(const QString &className) override;
+    void sharedObjectRegister(const QString &name, QObject *object) override;
+    QObject *sharedObject(const QString &name) override;
+    void signalAllPlugins(const Selector &selector) override;
+    void showMainWindow() override;
+    bool showPlugin(const QString &id) override;
+    void pluginSetBadge(const QString &id, quint64 value) override;
+    void pluginSetProcessing(const QString &id, bool value) override;
+    void pluginSetIcon(const QString &id, const QImage &icon) override;
+    void pluginSetIconHighlighted(const QString &id, const QImage &icon) override;
+    void beginModalSheet(QWidget *window) override;
+    void endModalSheet(QWidget *window) override;
+    std::unique_ptr<Drawer> newDrawerWithContent(QWidget *content) override;
+    std::unique_ptr<Drawer> newDrawerWithContent(QWidget *content, quint64 edge) override;
+    bool uiModalShowing() override;
+    void uiButtonSetTextColor(QAbstractButton *button, const QColor &color) override;
+    void uiMaximize() override;
+    void uiRestore() override;
+    QWidget *uiSystemStatusView() override;
+    void uiCreateIndeterminateSpinner(QWidget *webView) override;
+    void uiFreeIndeterminateSpinner(QWidget *webView) override;
+    void uiMakeSLVTouchbarWithButtons(const QStringList &titles, QObject *target,
+                                      const Selector &selector, QWidget *window) override;
+    void uiMakeSLVSystemTouchbarWithButtons(const QStringList &titles, QObject *target,
+                                            const Selector &selector, QWidget *window) override;
+    void uiRevertToSystemTouchbar() override;
+    void uiSendFeedback() override;
+    QString getHomeDirectory() override;
+    bool isHomeDirectory(const QString &path) override;
+    void saveHomeDirectory(const QString &path) override;
+    void saveHomeDirectoryBookmark(const QByteArray &bookmark) override;
+    QString stringByExpandingTildeInPath(const QString &path) override;
+    QString stringResource(const QString &key, const QString &fallback) override;
+    QString localizeLink(const QString &link) override;
+    bool extendedLoggingValue() override;
+    void setExtendedLoggingValue(bool value) override;
+    void log(const QString &message) override;
+    mndTheme *uiTheme() override;
+
+    // The sidebar's tree
+    qint64 sourceListNumberOfChildrenOfItem(PXSourceList *list, QObject *item) override;
+    QObject *sourceListChildOfItem(PXSourceList *list, qint64 index, QObject *item) override;
+    QVariant sourceListObjectValueForItem(PXSourceList *list, QObject *item) override;
+    void sourceListSetObjectValueForItem(PXSourceList *list, const QVariant &value,
+                                         QObject *item) override;
+    bool sourceListIsItemExpandable(PXSourceList *list, QObject *item) override;
+    bool sourceListItemHasBadge(PXSourceList *list, QObject *item) override;
+    qint64 sourceListBadgeValueForItem(PXSourceList *list, QObject *item) override;
+    bool sourceListItemHasIcon(PXSourceList *list, QObject *item) override;
+    QImage sourceListIconForItem(PXSourceList *list, QObject *item) override;
+    QImage sourceListIconForItemSelected(PXSourceList *list, QObject *item) override;
+    QMenu *sourceListMenuForEvent(PXSourceList *list, QEvent *event, QObject *item) override;
+    bool sourceListIsGroupAlwaysExpanded(PXSourceList *list, QObject *group) override;
+    bool sourceListShouldEditItem(PXSourceList *list, QObject *item) override;
+
+public Q_SLOTS:
+    void sourceListSelectionDidChange(const Notification &notification);
+    void sourceListDeleteKeyPressedOnRows(const Notification &notification);
+
+    // Menu commands and other actions of the interface file
+    void onShowMainWindowClicked(QObject *sender);
+    void onHelpClicked(QObject *sender);
+    void onPreferencesClicked(QObject *sender);
+    void onCheckForUpdateClicked(QObject *sender);
+    void onAboutClicked(QObject *sender);
+    void onFeedbackClicked(QObject *sender);
+    void lblHomepageClicked();
+    void onResetMyPreferences(QObject *sender);
+    void onExtendedLoggingEnable(QObject *sender);
+    void onExtendedLoggingSend(QObject *sender);
+
+    void setAllPluginsProcessing(bool value);
+    void beginAccessingBookmark();
+    void endAccessingBookmark();
+
+private:
+    // Start-up, in parts
+    bool loadLanguageFile();
+    void localizeMenus();
+    void addTitlebarAccessory();
+    void buildSidebarTree();
+    void _loaded();
+    void _loaded2();
+
+    void logPlace(const char *selector, int place, const QString &text = {});
+    void localize(QAction *item, const char *key, const QString &fallback = {});
+    Dictionary infoOfPlugin(const QString &id) const;
+    void setSidebarNeedsDisplay();
+    void _highlightItem(const QString &heading, const QString &title);
+    void _setBadge(const QString &heading, const QString &title, quint64 value);
+    void _pluginSetIcon(const QString &heading, const QString &title, const QImage &icon);
+    void _pluginSetIconHighlighted(const QString &heading, const QString &title,
+                                   const QImage &icon);
+    void pluginSetProcessingEx(const QVariantList &packed);
+    void _pluginSetProcessing(const QString &heading, const QString &title, bool value);
+    void _beginModalSheet(QWidget *window);
+    void _endModalSheet(QWidget *window);
+    void _uiMaximize();
+    void _uiRestore();
+    void _uiRevertToSystemTouchbar();
+    void loadSystemTouchBar();
+    QString actualHomeDirectory() const;
+    QString logFilePath() const;
+
+    QPointer<MainWindow> _window;
+    QPointer<PXSourceList> sourceList;
+    QPointer<QWidget> pluginViewHost;
+    QPointer<QAction> miShowMainWindow;
+    QPointer<QAction> miShowMainWindowSeperator;
+    QPointer<QAction> miCheckForUpdate, miAbout, miPrefs, miPrefsReset, miFeedback;
+    QPointer<QWidget> sysStatusView;
+    SidebarTree::Headings sourceListItems;
+    std::unique_ptr<mndPlugins> m_Plugins;
+    QHash<QString, QPointer<QObject>> m_Factory;
+    std::unique_ptr<mndAbout> _about;
+    std::unique_ptr<mndPrefs> _prefs;
+    std::atomic<qint32> _isModalShowing = 0;
+    QRectF _oldFrame;
+    QPointer<QWidget> _title;
+    QPointer<QPushButton> _helpbtn;
+    std::unique_ptr<Welcome> _welcome;
+    std::optional<LanguageFile> _languageFile;
+    std::unique_ptr<slvFeedback> _feedback;
+    QPointer<QAction> miServices, miHideSolvane, miHideOthers, miShowAll, miQuit;
+    QPointer<QAction> miWindow, miMinimize, miZoom, miBringToFront;
+    QPointer<QAction> miHelp, miHelpLink;
+    QPointer<QAction> miExtendedLogging, miExtendedLoggingEnable, miExtendedLoggingSend;
+    QPointer<QObject> _systbTarget;
+    Selector _systbSEL;
+    QStringList _systbTitles;
+    bool _sysTB = false;
+    std::unique_ptr<mndTheme> _theme;
+    mndCore *_core = nullptr;
+
+    SidebarTree m_tree; ///< owns the items that sourceListItems and the plugins refer to
+    std::unique_ptr<sharedHelpers> m_helpers; ///< owns what m_Factory knows as SHARED.HELPERS
+    PluginLoadObserver *m_observer = nullptr;
+};

@@ -1,0 +1,45 @@
+#include "platform/foundation/BundleModule.h"
+
+#include <QFileInfo>
+#include <QVersionNumber>
+
+using namespace Qt::StringLiterals;
+
+BundleModule::BundleModule(const QString &modulePath)
+    : m_path(modulePath)
+{
+    // Symbols are bound on loading: one that is missing must fail here, not in the middle of a
+    // call.
+    m_loader.setLoadHints(QLibrary::ResolveAllSymbolsHint | QLibrary::PreventUnloadHint);
+    m_loader.setFileName(modulePath);
+}
+
+Result<BundleModule::Metadata> BundleModule::metadata() const
+{
+    using Answer = Result<Metadata>;
+    const QFileInfo file(m_path);
+    if (!file.isFile())
+        return Answer::failure(u"there is no module at %1"_s.arg(m_path));
+    const QJsonObject embedded = m_loader.metaData();
+    if (embedded.isEmpty())
+        return Answer::failure(
+            u"%1 is not a plugin module: %2"_s.arg(m_path, m_loader.errorString()));
+
+    Metadata result;
+    result.interfaceId = embedded.value("IID"_L1).toString();
+    result.apiVersion = embedded.value("MetaData"_L1).toObject().value("api"_L1).toInt();
+    const int version = embedded.value("version"_L1).toInt();
+    result.qtVersion =
+        QVersionNumber(version >> 16, (version >> 8) & 0xff, version & 0xff).toString();
+    return result;
+}
+
+Result<QObject *> BundleModule::makePrincipalObject()
+{
+    if (!m_loader.load())
+        return Result<QObject *>::failure(m_loader.errorString());
+    QObject *made = m_loader.instance();
+    if (!made)
+        return Result<QObject *>::failure(u"the module %1 makes no object"_s.arg(m_path));
+    return made;
+}

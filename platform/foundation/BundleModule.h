@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/foundation/Result.h"
+
+#include <QJsonObject>
+#include <QPluginLoader>
+
+class QObject;
+
+/// The code of a bundle: a Qt plugin module with its embedded metadata.
+///
+/// The metadata is read from the file without running any of its code. A module that was loaded
+/// stays loaded until the process ends. Main thread only.
+class BundleModule
+{
+public:
+    /// What the module says of itself.
+    struct Metadata
+    {
+        QString interfaceId; ///< the role of its root object
+        int apiVersion = 0;  ///< host API the module was built for; 0 when it names none
+        QString qtVersion;   ///< "6.4.2"
+    };
+
+    explicit BundleModule(const QString &modulePath);
+
+    /// Fails for a missing file, one that is no module, and one without metadata.
+    Result<Metadata> metadata() const;
+
+    /// Loads the module with every symbol bound and makes its root object, which the caller owns.
+    /// Fails when the module cannot be loaded. What the object's constructor throws reaches the
+    /// caller.
+    Result<QObject *> makePrincipalObject();
+
+private:
+    QString m_path;
+    QPluginLoader m_loader;
+};

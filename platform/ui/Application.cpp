@@ -1,0 +1,97 @@
+#include "platform/ui/Application.h"
+
+#include "platform/ui/ApplicationDelegate.h"
+#include "platform/ui/HostLook.h"
+
+#include <QWidget>
+
+namespace {
+
+ApplicationDelegate *delegate()
+{
+    return qobject_cast<ApplicationDelegate *>(applicationDelegate());
+}
+
+QList<QWidget *> shownWindows()
+{
+    QList<QWidget *> shown;
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        if (window->isVisible() && window->windowType() == Qt::Window)
+            shown << window;
+    }
+    return shown;
+}
+
+} // namespace
+
+Application::Application(int &argc, char **argv)
+    : QApplication(argc, argv)
+{
+    setQuitOnLastWindowClosed(false);
+    HostLook::apply();
+    // Covers every orderly way out: the Quit command, the end of the desktop session.
+    connect(this, &QCoreApplication::aboutToQuit, this, &Application::willTerminate);
+}
+
+Application::~Application() = default;
+
+void Application::finishLaunching()
+{
+    if (auto *receiver = delegate())
+        receiver->applicationDidFinishLaunching();
+}
+
+void Application::reopen()
+{
+    if (auto *receiver = delegate())
+        receiver->applicationShouldHandleReopen(this, !shownWindows().isEmpty());
+}
+
+bool Application::openFile(const QString &path)
+{
+    auto *receiver = delegate();
+    return receiver && receiver->applicationOpenFile(this, path);
+}
+
+void Application::willTerminate()
+{
+    if (std::exchange(m_terminated, true))
+        return;
+    if (auto *receiver = delegate())
+        receiver->applicationWillTerminate();
+}
+
+void Application::terminate(QObject *)
+{
+    willTerminate();
+    quit();
+}
+
+void Application::hide(QObject *)
+{
+    for (QWidget *window : shownWindows())
+        window->close();
+}
+
+void Application::performMiniaturize(QObject *)
+{
+    if (QWidget *window = activeWindow())
+        window->showMinimized();
+}
+
+void Application::performZoom(QObject *)
+{
+    QWidget *window = activeWindow();
+    if (!window)
+        return;
+    if (window->isMaximized())
+        window->showNormal();
+    else
+        window->showMaximized();
+}
+
+void Application::arrangeInFront(QObject *)
+{
+    for (QWidget *window : shownWindows())
+        window->raise();
+}

@@ -1,0 +1,48 @@
+#include "platform/ui/HostLook.h"
+
+#include <QApplication>
+#include <QPalette>
+#include <QStyle>
+#include <QStyleFactory>
+
+using namespace Qt::StringLiterals;
+
+namespace HostLook {
+
+QPalette palette()
+{
+    const QColor text(0x1f, 0x29, 0x33);
+    const QColor quiet(0x8a, 0x94, 0x9e);
+    const QColor accent(0x2f, 0x7f, 0xc1);
+
+    QPalette look(accent, Qt::white);
+    look.setColor(QPalette::Window, Qt::white);
+    look.setColor(QPalette::WindowText, text);
+    look.setColor(QPalette::Base, Qt::white);
+    look.setColor(QPalette::AlternateBase, QColor(0xf4, 0xf7, 0xfa));
+    look.setColor(QPalette::Text, text);
+    look.setColor(QPalette::PlaceholderText, quiet);
+    look.setColor(QPalette::ToolTipBase, QColor(0xff, 0xff, 0xf0));
+    look.setColor(QPalette::ToolTipText, text);
+    // Buttons have a coloured body, on which white titles read well.
+    look.setColor(QPalette::Button, accent);
+    look.setColor(QPalette::ButtonText, Qt::white);
+    look.setColor(QPalette::Highlight, accent);
+    look.setColor(QPalette::HighlightedText, Qt::white);
+    look.setColor(QPalette::Link, QColor(0x1a, 0x66, 0xa8));
+    for (const auto role : {QPalette::WindowText, QPalette::Text}) {
+        look.setColor(QPalette::Disabled, role, quiet);
+    }
+    look.setColor(QPalette::Disabled, QPalette::Button, QColor(0xc3, 0xd0, 0xdb));
+    look.setColor(QPalette::Disabled, QPalette::ButtonText, Qt::white);
+    return look;
+}
+
+void apply()
+{
+    if (QStyle *style = QStyleFactory::create(u"Fusion"_s))
+        QApplication::setStyle(style);
+    QApplication::setPalette(palette());
+}
+
+} // namespace HostLook

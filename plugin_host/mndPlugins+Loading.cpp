@@ -1,0 +1,194 @@
+#include "platform/foundation/Bundle.h"
+#include "platform/foundation/BundleModule.h"
+#include "platform/foundation/Format.h"
+#include "platform/foundation/Perform.h"
+#include "platform/foundation/ProductAddresses.h"
+#include "platform/foundation/SystemServices.h"
+#include "plugin_host/mndCore.h"
+#include "plugin_host/mndPlugin.h"
+#include "plugin_host/mndPlugins.h"
+#include "plugin_host/SidebarTree.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QWidget>
+
+#include <exception>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int hostApiVersion = 6;
+
+/// A folder that the desktop shows as one thing.
+bool isFilePackage(const QFileInfo &entry)
+{
+    static const QStringList packageTypes{u"app"_s, u"bundle"_s, u"framework"_s};
+    return entry.isDir() && packageTypes.contains(entry.suffix().toLower());
+}
+
+QString describe(const std::exception_ptr &failure)
+{
+    try {
+        std::rethrow_exception(failure);
+    } catch (const std::exception &error) {
+        return QString::fromLocal8Bit(error.what());
+    } catch (...) {
+        return u"unknown exception"_s;
+    }
+}
+
+QString initializationError(const QString &path, const QString &description)
+{
+    return format(u"We encountered an error while initializing a component. (%@ : %@)"_s,
+                  {QFileInfo(path).fileName(), description})
+        + u"\n\nPlease visit %1 or write to %2 if the problem persists.\n\n"_s.arg(
+            ProductAddresses::support(), ProductAddresses::supportMail())
+        + u"Solvane will now attempt to continue loading."_s;
+}
+
+/// Whether the bundle's module makes a principal object for this host, and if not, why.
+bool declaresPlugin(const Bundle &bundle, const BundleModule &module, QStringList &problems)
+{
+    if (const QString problem = bundle.infoProblem(); !problem.isNull()) {
+        problems << problem;
+        return false;
+    }
+    if (bundle.executablePath().isNull()) {
+        problems << u"Info.plist names no module: CFBundleExecutable is missing or no file name"_s;
+        return false;
+    }
+    const auto metadata = module.metadata();
+    if (!metadata) {
+        problems << metadata.error();
+        return false;
+    }
+    if (metadata.value().interfaceId != QLatin1StringView(mndPlugin_iid)) {
+        problems << u"not a plugin of this host: the module's interface is \"%1\", not \"%2\""_s
+                        .arg(metadata.value().interfaceId, QLatin1StringView(mndPlugin_iid));
+        return false;
+    }
+    if (metadata.value().apiVersion != hostApiVersion) {
+        problems << u"built for host API %1, this host has %2"_s.arg(metadata.value().apiVersion)
+                        .arg(hostApiVersion);
+        return false;
+    }
+    return true;
+}
+
+/// What the author of an accepted plugin should know.
+QStringList remarks(const Dictionary &info, const QObject *plugin)
+{
+    QStringList found;
+    if (!info.contains(u"id"_s))
+        found << u"the info dictionary has no \"id\": other plugins cannot address it"_s;
+    if (!info.contains(u"name"_s))
+        found << u"the info dictionary has no \"name\": its row has no title"_s;
+    if (!info.contains(u"parent"_s))
+        found
+            << u"the info dictionary has no \"parent\": its row goes under a heading without title"_s;
+    if (!info.value<QWidget *>(u"view"_s))
+        found << u"the info dictionary has no \"view\": it gets no row and is never shown"_s;
+    if (!qobject_cast<const mndPluginDelegate *>(plugin)) {
+        for (const QString &method : {u"onViewShow"_s, u"onViewHide"_s, u"onAllPluginsLoaded"_s}) {
+            if (perform::responds(plugin, Selector(method))) {
+                found << u"%1 is never called: the class does not declare mndPluginDelegate"_s.arg(
+                    method);
+            }
+        }
+    }
+    return found;
+}
+
+} // namespace
+
+void mndPlugins::loadAllPlugins()
+{
+    for (const QString &path : systemServices().mainBundle->pathsForResources(u"bundle"_s))
+        loadPluginFromPath(path);
+
+    const QString folder =
+        systemServices().account->home() + u"/Library/Application Support/Solvane"_s;
+    // Links are not followed, so that a folder of links in a circle is just a folder of links.
+    const QDir directory(folder, u"*.bundle"_s, QDir::Name,
+                         QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot | QDir::NoSymLinks
+                             | QDir::CaseSensitive);
+    for (const QFileInfo &entry : directory.entryInfoList()) {
+        if (isFilePackage(entry))
+            loadPluginFromPath((folder + u'/' + entry.fileName()).replace(u"//"_s, u"/"_s));
+    }
+}
+
+bool mndPlugins::loadPluginFromPath(const QString &path)
+{
+    PluginLoadReport report;
+    report.path = path;
+    QElapsedTimer timer;
+    timer.start();
+    try {
+        report.result = load(path, report);
+    } catch (...) {
+        const QString description = describe(std::current_exception());
+        report.problems << u"it threw an exception: %1"_s.arg(description);
+        report.message = initializationError(path, description);
+    }
+    report.milliseconds = static_cast<double>(timer.nsecsElapsed()) / 1e6;
+    if (m_observer)
+        m_observer->bundleHandled(report);
+    return report.result;
+}
+
+bool mndPlugins::load(const QString &path, PluginLoadReport &report)
+{
+    const auto bundle = Bundle::open(path);
+    if (!bundle) {
+        report.problems << bundle.error();
+        return false;
+    }
+    BundleModule module(bundle.value()->executablePath());
+    if (!declaresPlugin(*bundle.value(), module, report.problems))
+        return true;
+    const auto made = module.makePrincipalObject();
+    if (!made) {
+        report.problems << made.error();
+        return true;
+    }
+    std::unique_ptr<QObject> object(made.value());
+    auto *plugin = qobject_cast<mndPlugin *>(object.get());
+    if (!plugin) {
+        report.problems << u"not a plugin: its root object does not implement mndPlugin"_s;
+        return true;
+    }
+
+    Dictionary parameters = Dictionary::make();
+    parameters.setValue(u"bundle"_s, path);
+    parameters.setValue(u"core"_s, QVariant::fromValue<QObject *>(m_core));
+    const Dictionary info = plugin->pluginInitialize(parameters);
+    if (info.isAbsent()) {
+        report.problems << u"pluginInitialize: returned nothing"_s;
+        return false;
+    }
+    report.id = info.string(u"id"_s);
+    report.name = info.string(u"name"_s);
+    report.heading = info.string(u"parent"_s);
+    if (info.contains(u"id"_s) && listContainsID(report.id)) {
+        report.problems << u"a plugin with the id \"%1\" is already loaded"_s.arg(report.id);
+        return false;
+    }
+    report.problems << remarks(info, object.get());
+    accept(info, std::move(object));
+    report.accepted = true;
+    return true;
+}
+
+void mndPlugins::accept(const Dictionary &info, std::unique_ptr<QObject> plugin)
+{
+    Dictionary record = Dictionary::make();
+    record.setValue(u"dat"_s, QVariant::fromValue(info));
+    recurseSubViews(info.value<QWidget *>(u"view"_s));
+    record.setValue(u"obj"_s, QVariant::fromValue(plugin.get()));
+    _plugins.append(record);
+    plugin.release();
+}

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "platform/foundation/Dictionary.h"
+#include "platform/foundation/Selector.h"
+#include "plugin_host/PluginLoadReport.h"
+
+#include <QColor>
+#include <QList>
+
+#include <memory>
+
+class QAbstractButton;
+class QWidget;
+
+/// The registry: every accepted plugin, in load order.
+///
+/// A record is a dictionary with "dat", the plugin's info dictionary itself, and "obj", the plugin
+/// (QObject *), which the registry owns. Records are never removed. Main thread only.
+class mndPlugins
+{
+public:
+    /// @param core the host object handed to every plugin; not owned.
+    explicit mndPlugins(QObject *core);
+    ~mndPlugins();
+    Q_DISABLE_COPY_MOVE(mndPlugins)
+
+    /// Who is told what became of every bundle; null for nobody. Not owned.
+    void setObserver(PluginLoadObserver *observer) { m_observer = observer; }
+
+    /// Loads the application's own bundles, by name, then those directly inside
+    /// ~/Library/Application Support/Solvane, by name.
+    void loadAllPlugins();
+
+    /// True when the bundle was accepted or is no plugin at all. Nothing a bundle does or lacks is
+    /// reported to the user, and nothing it throws gets out.
+    bool loadPluginFromPath(const QString &path);
+
+    bool listContainsID(const QString &id) const;
+    quint64 count() const { return static_cast<quint64>(_plugins.size()); }
+
+    /// Absent only when the index is greater than the count. The guard is this loose on purpose:
+    /// @throws std::out_of_range when the index equals the count.
+    Dictionary pluginAtIndex(quint64 index) const;
+
+    /// The first record whose info dictionary has this id; absent when there is none.
+    Dictionary pluginWithID(const QString &id) const;
+    static Dictionary info(const Dictionary &record)
+    {
+        return record.value<Dictionary>(QStringLiteral("dat"));
+    }
+
+    /// Sends a message without arguments to every mndPluginDelegate that answers it; plugins
+    /// appended meanwhile are reached as well.
+    void performSelectorOnAllDelegates(const Selector &selector);
+
+    /// Clears the host view, tells all plugins onViewHide and the chosen one onViewShow, and adds
+    /// its view. Nothing happens for a plugin without a view.
+    void doDisplayMainViewForPluginAtIndex(quint64 index, QWidget *hostView);
+    void doDisplayMainViewForPluginById(const QString &id, QWidget *hostView);
+    /// Gives every view in the host view back to its plugin.
+    static void removeSubviews(QWidget *hostView);
+
+    /// Recolours the views inside the given one to the host's look, by exact class: labels and line
+    /// edits are marked as raised text, button titles become white, tab views lose their ground.
+    static void recurseSubViews(QWidget *view);
+    static void setButtonStringColor(QAbstractButton *button, const QColor &color);
+
+private:
+    bool load(const QString &path, PluginLoadReport &report);
+    void accept(const Dictionary &info, std::unique_ptr<QObject> plugin);
+
+    QList<Dictionary> _plugins;
+    QObject *m_core;
+    PluginLoadObserver *m_observer = nullptr;
+};

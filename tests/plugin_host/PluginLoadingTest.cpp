@@ -1,0 +1,227 @@
+#include "plugin_host/mndPlugins.h"
+#include "plugin_host/SidebarTree.h"
+#include "support/TestServices.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QWidget>
+
+#include <stdexcept>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class Reports : public PluginLoadObserver
+{
+public:
+    void bundleHandled(const PluginLoadReport &report) override { all << report; }
+
+    QList<PluginLoadReport> all;
+};
+
+class PluginLoading : public testing::Test
+{
+protected:
+    PluginLoading() { plugins.setObserver(&reports); }
+
+    QString own(const QString &name) const { return services.resources() + u'/' + name; }
+
+    QStringList ids() const
+    {
+        QStringList found;
+        for (quint64 i = 0; i < plugins.count(); ++i)
+            found << mndPlugins::info(plugins.pluginAtIndex(i)).string(u"id"_s).section(u'.', -1);
+        return found;
+    }
+
+    TestServices services;
+    Reports reports;
+    mndPlugins plugins{nullptr};
+};
+
+} // namespace
+
+TEST_F(PluginLoading, TakesOwnBundlesFirstAndTheFirstOfAnIdWins)
+{
+    services.addFixture(u"NoView"_s, services.resources());
+    services.addFixture(u"Good"_s, services.resources());
+    services.addFixture(u"Twin"_s, services.supportFolder(), u"Another"_s);
+    services.addFixture(u"Hidden"_s, services.supportFolder());
+    plugins.loadAllPlugins();
+
+    EXPECT_EQ(ids(), (QStringList{u"Good"_s, u"NoView"_s, u"Hidden"_s}));
+    EXPECT_EQ(mndPlugins::info(plugins.pluginAtIndex(0)).string(u"name"_s), u"Good"_s);
+    ASSERT_EQ(reports.all.size(), 4);
+    EXPECT_FALSE(reports.all[2].result) << "the second of an id is refused";
+    EXPECT_FALSE(reports.all[2].accepted);
+    EXPECT_TRUE(plugins.listContainsID(u"plugin.fixture.Good"_s));
+    EXPECT_FALSE(plugins.listContainsID(u"plugin.fixture"_s));
+    EXPECT_FALSE(plugins.listContainsID({}));
+}
+
+TEST_F(PluginLoading, LooksOnlyAtFoldersDirectlyInTheSupportFolder)
+{
+    services.addFixture(u"Good"_s, services.supportFolder() + u"/Nested"_s);
+    services.addFixture(u"Hidden"_s, services.supportFolder() + u"/Wrong"_s);
+    QDir().rename(services.supportFolder() + u"/Wrong/Hidden.bundle"_s,
+                  services.supportFolder() + u"/Hidden.BUNDLE"_s);
+    QFile plain(services.supportFolder() + u"/Plain.bundle"_s);
+    ASSERT_TRUE(plain.open(QIODevice::WriteOnly));
+    plain.close();
+    QFile::link(u"."_s, services.supportFolder() + u"/Circle.bundle"_s);
+    QFile::link(u"Nested/Good.bundle"_s, services.supportFolder() + u"/Link.bundle"_s);
+    plugins.loadAllPlugins();
+    EXPECT_TRUE(reports.all.isEmpty());
+}
+
+TEST_F(PluginLoading, AMissingSupportFolderIsNoFault)
+{
+    plugins.loadAllPlugins();
+    EXPECT_EQ(plugins.count(), 0U);
+    EXPECT_TRUE(reports.all.isEmpty());
+}
+
+TEST_F(PluginLoading, HoldsOutAmongTenThousandEntries)
+{
+    const QDir folder(services.supportFolder());
+    ASSERT_TRUE(folder.mkpath(u"."_s));
+    for (int i = 0; i < 10000; ++i) {
+        if (i % 4 == 0)
+            QFile::link(u".."_s, folder.filePath(u"%1.bundle"_s.arg(i)));
+        else
+            folder.mkdir(i % 4 == 1 ? u"%1.bundle"_s.arg(i) : QString::number(i));
+    }
+    services.addFixture(u"Good"_s, services.supportFolder());
+    plugins.loadAllPlugins();
+    EXPECT_EQ(ids(), QStringList{u"Good"_s});
+    EXPECT_EQ(reports.all.size(), 2501);
+}
+
+TEST_F(PluginLoading, RefusesBrokenBundlesWithAReason)
+{
+    struct Case
+    {
+        const char *fixture;
+        bool result; ///< a bundle that is no plugin at all counts as handled
+        const char *reason;
+    };
+    const Case cases[] = {
+        {"ReturnsNil", false, "returned nothing"},
+        {"ThrowsInConstructor", false, "constructor of the fixture"},
+        {"ThrowsInInitialize", false, "pluginInitialize: of the fixture"},
+        {"NotAPlugin", true, "org.example.SomethingElse/1"},
+        {"OtherApi", true, "host API 5"},
+        {"UnresolvedSymbol", true, "solvane_fixture_symbol_that_nobody_has"},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.fixture);
+        const QString name = QString::fromLatin1(c.fixture);
+        services.addFixture(name, services.resources());
+        EXPECT_EQ(plugins.loadPluginFromPath(own(name + u".bundle"_s)), c.result);
+        EXPECT_EQ(plugins.count(), 0U);
+        const QString problems = reports.all.last().problems.join(u'\n');
+        EXPECT_TRUE(problems.contains(QLatin1StringView(c.reason))) << qPrintable(problems);
+    }
+}
+
+TEST_F(PluginLoading, RefusesDamagedBundlesWithAReason)
+{
+    struct Case
+    {
+        const char *damage;
+        std::function<void(const QString &contents)> apply;
+        const char *reason;
+    };
+    const auto write = [](const QString &path, const QByteArray &content) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    };
+    const QString module = u"/MacOS/Good.so"_s;
+    const QString info = u"/Info.plist"_s;
+    const Case cases[] = {
+        {"empty folder", [](const QString &c) { QDir(c).removeRecursively(); }, "Info.plist"},
+        {"no Info.plist", [&](const QString &c) { QFile::remove(c + info); }, "Info.plist"},
+        {"garbage Info.plist",
+         [&](const QString &c) { write(c + info, QByteArray("\x00\xff<plist", 8)); }, "Info.plist"},
+        {"no executable named", [&](const QString &c) { write(c + info, "{ a = b; }"); },
+         "CFBundleExecutable"},
+        {"executable outside",
+         [&](const QString &c) { write(c + info, "{ CFBundleExecutable = \"../x.so\"; }"); },
+         "CFBundleExecutable"},
+        {"module missing", [&](const QString &c) { QFile::remove(c + module); }, "no module"},
+        {"module empty", [&](const QString &c) { write(c + module, {}); }, "not a plugin module"},
+        {"module truncated",
+         [&](const QString &c) { QFile(c + module).resize(QFileInfo(c + module).size() / 3); },
+         "not a plugin module"},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.damage);
+        const QString folder = own(QString::fromLatin1(c.damage));
+        services.addFixture(u"Good"_s, folder);
+        c.apply(folder + u"/Good.bundle/Contents"_s);
+        EXPECT_TRUE(plugins.loadPluginFromPath(folder + u"/Good.bundle"_s));
+        EXPECT_EQ(plugins.count(), 0U);
+        const QString problems = reports.all.last().problems.join(u'\n');
+        EXPECT_TRUE(problems.contains(QLatin1StringView(c.reason))) << qPrintable(problems);
+    }
+    EXPECT_FALSE(plugins.loadPluginFromPath(own(u"nothing.bundle"_s)));
+    EXPECT_FALSE(plugins.loadPluginFromPath({}));
+}
+
+TEST_F(PluginLoading, ComposesAMessageOnExceptionsThatNobodySees)
+{
+    services.addFixture(u"ThrowsInInitialize"_s, services.resources());
+    EXPECT_FALSE(plugins.loadPluginFromPath(own(u"ThrowsInInitialize.bundle"_s)));
+    const QString message = reports.all.last().message;
+    EXPECT_TRUE(message.startsWith(
+        u"We encountered an error while initializing a component. (ThrowsInInitialize.bundle : "
+        "pluginInitialize: of the fixture)\n\n"_s));
+    EXPECT_TRUE(message.endsWith(u"\n\nSolvane will now attempt to continue loading."_s));
+    for (const QString &event : services.recorder.take()) {
+        EXPECT_FALSE(event.startsWith(u"alert"_s));
+        EXPECT_FALSE(event.startsWith(u"syslog"_s));
+    }
+}
+
+TEST_F(PluginLoading, AnswersIndexesWithALooseGuard)
+{
+    services.addFixture(u"Good"_s, services.resources());
+    plugins.loadAllPlugins();
+    EXPECT_FALSE(plugins.pluginAtIndex(0).isAbsent());
+    EXPECT_THROW(plugins.pluginAtIndex(1), std::out_of_range);
+    EXPECT_TRUE(plugins.pluginAtIndex(2).isAbsent());
+}
+
+TEST_F(PluginLoading, PutsRowsInRegistryOrderWithTheLastFirstOnTop)
+{
+    for (const char *name :
+         {"FirstOne", "FirstTwo", "Good", "Hidden", "NoHeading", "NoView", "OddHeading"}) {
+        services.addFixture(QString::fromLatin1(name), services.resources());
+    }
+    plugins.loadAllPlugins();
+    SidebarTree tree;
+    SidebarTree::Headings headings;
+    tree.getParentItemNamed(u"Cleaning"_s, headings);
+    tree.addPlugins(plugins, headings);
+
+    QStringList shown;
+    for (const SourceListItem *heading : headings) {
+        QStringList rows;
+        for (const SourceListItem *row : heading->children)
+            rows << row->title + u'#' + row->identifier;
+        shown << u"%1=%2"_s.arg(heading->title, rows.join(u','));
+    }
+    EXPECT_EQ(shown,
+              (QStringList{u"Cleaning=FirstTwo#1,FirstOne#0,Good#2"_s, u"=Homeless#4"_s,
+                           u"Oddities=Odd#6"_s}));
+    const auto item = [&](quint64 index) {
+        return mndPlugins::info(plugins.pluginAtIndex(index)).value<QObject *>(u"__item"_s);
+    };
+    EXPECT_EQ(item(2), headings[0]->children[2]);
+    EXPECT_NE(item(3), nullptr) << "a hidden plugin has an item without a place";
+    EXPECT_EQ(item(5), nullptr) << "a plugin without a view has none";
+}

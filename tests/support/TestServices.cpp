@@ -1,0 +1,173 @@
+#include "support/TestServices.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A bundle that notes what is looked up in it.
+class RecordingBundle : public Bundle
+{
+public:
+    RecordingBundle(const QString &path, Recorder &recorder)
+        : Bundle(path)
+        , m_recorder(recorder)
+    { }
+
+    QString pathForResource(const QString &name, const QString &type) const override
+    {
+        m_recorder.note(u"resource %1.%2"_s.arg(name, type));
+        return Bundle::pathForResource(name, type);
+    }
+
+    QStringList pathsForResources(const QString &type) const override
+    {
+        m_recorder.note(u"resources *.%1"_s.arg(type));
+        return Bundle::pathsForResources(type);
+    }
+
+private:
+    Recorder &m_recorder;
+};
+
+} // namespace
+
+/// The seams, each a thin view of the fields above.
+struct TestServices::Seams : Clock,
+                             Scheduler,
+                             Languages,
+                             Account,
+                             UserDefaults,
+                             SystemLog,
+                             ProcessEnd,
+                             AlertPanel,
+                             Workspace,
+                             Screen
+{
+    explicit Seams(TestServices &test)
+        : t(test)
+        , bundle(t.root.filePath(u"Solvane.app"_s), t.recorder)
+    { }
+
+    QDateTime now() const override { return t.now; }
+
+    void after(double seconds, QObject *context, std::function<void()> work) override
+    {
+        t.recorder.note(u"after %1"_s.arg(seconds));
+        t.m_scheduled.push_back({t.m_elapsed + seconds, context, std::move(work)});
+    }
+    void later(QObject *context, std::function<void()> work) override
+    {
+        t.recorder.note(u"later"_s);
+        t.m_scheduled.push_back({t.m_elapsed, context, std::move(work)});
+    }
+
+    QStringList preferred() const override { return t.preferredLanguages; }
+    QLocale locale() const override { return t.locale; }
+
+    QString loginName() const override { return u"tester"_s; }
+    QString home() const override { return t.home.path(); }
+    QString actualHome() const override { return t.home.path(); }
+
+    QVariant value(const QString &key) const override { return t.defaults.value(key); }
+    void setValue(const QString &key, const QVariant &value) override { t.defaults[key] = value; }
+    void removeValue(const QString &key) override { t.defaults.remove(key); }
+    QStringList keys() const override { return t.defaults.keys(); }
+    bool synchronize() override
+    {
+        t.recorder.note(u"synchronize"_s);
+        return true;
+    }
+
+    void write(const QString &message) override { t.recorder.note(u"syslog "_s + message); }
+    void exit(int status) override { t.recorder.note(u"exit %1"_s.arg(status)); }
+
+    Answer run(const QString &title, const QString &message, const QString &defaultButton,
+               const QString &alternate) override
+    {
+        t.recorder.note(u"alert %1|%2|%3|%4"_s.arg(title, message, defaultButton, alternate));
+        return t.alertAnswer;
+    }
+
+    bool openUrl(const QString &url) override
+    {
+        t.recorder.note(u"open url "_s + url);
+        return t.workspaceOpens;
+    }
+    bool openFile(const QString &path) override
+    {
+        t.recorder.note(u"open file "_s + path);
+        return t.workspaceOpens;
+    }
+
+    QRect visibleFrame(const QWidget *) const override { return t.visibleFrame; }
+
+    TestServices &t;
+    RecordingBundle bundle;
+};
+
+TestServices::TestServices()
+    : now(QDate(2026, 11, 16), QTime(0, 45))
+{
+    QDir().mkpath(resources());
+    QFile info(root.filePath(u"Solvane.app/Contents/Info.plist"_s));
+    if (info.open(QIODevice::WriteOnly))
+        info.write("{ CFBundleVersion = 512; CFBundleLocalizations = (en, de, fr); }");
+    info.close();
+    m_seams = std::make_unique<Seams>(*this);
+    Seams *s = m_seams.get();
+    systemServices() = {s, s, s, s, s, s, s, &s->bundle};
+    desktopServices() = {s, s, s};
+}
+
+TestServices::~TestServices()
+{
+    systemServices() = {};
+    desktopServices() = {};
+}
+
+void TestServices::addResource(const QString &name, const QByteArray &content)
+{
+    QFile file(resources() + u'/' + name);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("the resource of a test could not be written");
+}
+
+void TestServices::copyFolder(const QString &from, const QString &to)
+{
+    QDir().mkpath(to);
+    QDirIterator entries(from, QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden);
+    while (entries.hasNext()) {
+        const QFileInfo entry(entries.next());
+        const QString target = to + u'/' + entry.fileName();
+        if (entry.isDir() && !entry.isSymLink())
+            copyFolder(entry.filePath(), target);
+        else if (!QFile::copy(entry.filePath(), target))
+            qFatal("a fixture could not be copied: %s", qUtf8Printable(entry.filePath()));
+    }
+}
+
+void TestServices::addFixture(const QString &fixture, const QString &folder, const QString &name)
+{
+    const QString bundle = u"/%1.bundle"_s.arg(name.isNull() ? fixture : name);
+    copyFolder(SOLVANE_FIXTURES_DIR u"/%1/%1.bundle"_s.arg(fixture), folder + bundle);
+}
+
+void TestServices::runScheduled()
+{
+    while (!m_scheduled.empty()) {
+        const auto next =
+            std::min_element(m_scheduled.begin(), m_scheduled.end(),
+                             [](const Scheduled &a, const Scheduled &b) { return a.due < b.due; });
+        Scheduled scheduled = std::move(*next);
+        m_scheduled.erase(next);
+        m_elapsed = scheduled.due;
+        if (scheduled.context)
+            scheduled.work();
+    }
+}

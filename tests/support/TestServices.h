@@ -1,0 +1,81 @@
+#pragma once
+
+#include "platform/foundation/Bundle.h"
+#include "platform/foundation/SystemServices.h"
+#include "platform/ui/DesktopServices.h"
+
+#include <QMap>
+#include <QObject>
+#include <QPointer>
+#include <QTemporaryDir>
+
+#include <deque>
+#include <memory>
+#include <vector>
+
+/// What happened, in order. Plugins of the fixtures tell it as the shared object "test.recorder".
+class Recorder : public QObject
+{
+    Q_OBJECT
+
+public:
+    Q_INVOKABLE void note(const QString &what) { events << what; }
+    /// Takes what was noted so far.
+    QStringList take() { return std::exchange(events, {}); }
+
+    QStringList events;
+};
+
+/// Services under a test's control. Every call that matters is noted in the recorder. Installed for
+/// the lifetime of the object.
+class TestServices
+{
+public:
+    TestServices();
+    ~TestServices();
+    Q_DISABLE_COPY_MOVE(TestServices)
+
+    /// Copies a folder tree, links as links.
+    static void copyFolder(const QString &from, const QString &to);
+
+    QString resources() const
+    {
+        return root.filePath(QStringLiteral("Solvane.app/Contents/Resources"));
+    }
+    QString supportFolder() const
+    {
+        return home.path() + QStringLiteral("/Library/Application Support/Solvane");
+    }
+    /// Puts a text file into the application's resources.
+    void addResource(const QString &name, const QByteArray &content);
+    /// Puts a compiled fixture bundle into a folder, under its own name unless another is given.
+    static void addFixture(const QString &fixture, const QString &folder, const QString &name = {});
+
+    /// Runs everything that is scheduled, in the order of its time, until nothing is left.
+    void runScheduled();
+
+    Recorder recorder;
+    QTemporaryDir root;
+    QTemporaryDir home;
+
+    QDateTime now;
+    QStringList preferredLanguages{QStringLiteral("en")};
+    QLocale locale{QLocale::English, QLocale::UnitedKingdom};
+    QMap<QString, QVariant> defaults;
+    AlertPanel::Answer alertAnswer = AlertPanel::Default;
+    bool workspaceOpens = true;
+    QRect visibleFrame{0, 0, 1600, 900};
+
+private:
+    struct Scheduled
+    {
+        double due;
+        QPointer<QObject> context;
+        std::function<void()> work;
+    };
+    struct Seams;
+
+    double m_elapsed = 0;
+    std::vector<Scheduled> m_scheduled;
+    std::unique_ptr<Seams> m_seams;
+};
