@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QtGlobal>
+
+/// What a property list may ask of us, whatever its form: a file made to exhaust the stack or the
+/// memory is refused before anything is built from it.
+namespace PropertyListLimits {
+
+constexpr int depth = 512;
+constexpr qsizetype bytes = 32 * 1024 * 1024;
+constexpr qsizetype values = 1'000'000;
+
+} // namespace PropertyListLimits

@@ -1,0 +1,292 @@
+#include "platform/foundation/PropertyList.h"
+
+#include "platform/foundation/PropertyListLimits.h"
+
+#include <gtest/gtest.h>
+
+#include <QDateTime>
+#include <QFile>
+#include <QStringEncoder>
+#include <QTemporaryDir>
+
+#include <plist/plist.h>
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QByteArray xml(const QByteArray &content)
+{
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist PUBLIC \"-//x\" \"y\">\n"
+           "<plist version=\"1.0\">"
+        + content + "</plist>\n";
+}
+
+QByteArray asBinary(const QByteArray &document)
+{
+    plist_t root = nullptr;
+    plist_from_xml(document.constData(), uint32_t(document.size()), &root);
+    char *bytes = nullptr;
+    uint32_t length = 0;
+    plist_to_bin(root, &bytes, &length);
+    const QByteArray result(bytes, length);
+    plist_to_bin_free(bytes);
+    plist_free(root);
+    return result;
+}
+
+QByteArray bigEndian(quint64 value, int size)
+{
+    QByteArray bytes;
+    for (int i = size - 1; i >= 0; --i)
+        bytes.append(char(value >> (8 * i)));
+    return bytes;
+}
+
+/// A binary list of these objects, the first being the root; references are two bytes.
+QByteArray binary(const QList<QByteArray> &objects)
+{
+    QByteArray data = "bplist00";
+    QByteArray offsets;
+    for (const QByteArray &object : objects) {
+        offsets += bigEndian(quint64(data.size()), 4);
+        data += object;
+    }
+    const auto table = quint64(data.size());
+    return data + offsets + QByteArray(6, '\0') + "\x04\x02" + bigEndian(quint64(objects.size()), 8)
+        + bigEndian(0, 8) + bigEndian(table, 8);
+}
+
+QByteArray encoded(const QString &text, QStringConverter::Encoding encoding, bool mark)
+{
+    QStringEncoder encoder(
+        encoding, mark ? QStringConverter::Flag::WriteBom : QStringConverter::Flag::Default);
+    return encoder(text);
+}
+
+const QByteArray everything =
+    xml("<dict><key>text</key><string>a &amp; \xc3\xa9</string><key>yes</key><true/>"
+        "<key>no</key><false/><key>minus</key><integer>-5</integer><key>least</key><integer>"
+        "-9223372036854775808</integer><key>most</key><integer>18446744073709551615</integer>"
+        "<key>real</key><real>0.5</real><key>date</key><date>2020-01-02T03:04:05Z</date>"
+        "<key>data</key><data>\nD71\n3</data><key>list</key><array><string/><dict/><array/></array>"
+        "</dict>");
+
+QVariantMap everythingRead()
+{
+    return {{u"text"_s, u"a & é"_s},
+            {u"yes"_s, true},
+            {u"no"_s, false},
+            {u"minus"_s, -5LL},
+            {u"least"_s, std::numeric_limits<qlonglong>::min()},
+            {u"most"_s, std::numeric_limits<qulonglong>::max()},
+            {u"real"_s, 0.5},
+            {u"date"_s, QDateTime(QDate(2020, 1, 2), QTime(3, 4, 5), Qt::UTC)},
+            {u"data"_s, QByteArray("\x0f\xbd\x77")},
+            {u"list"_s, QVariantList{u""_s, QVariantMap(), QVariantList()}}};
+}
+
+} // namespace
+
+TEST(PropertyList, ReadsEveryKindOfValueInXmlAndBinary)
+{
+    for (const QByteArray &data : {everything, asBinary(everything)}) {
+        const Result<QVariant> read = PropertyList::parse(data);
+        ASSERT_TRUE(read.ok()) << read.error().toStdString();
+        const QVariantMap map = read.value().toMap();
+        const QVariantMap expected = everythingRead();
+        EXPECT_EQ(map.keys(), expected.keys());
+        for (auto entry = expected.cbegin(); entry != expected.cend(); ++entry) {
+            SCOPED_TRACE(entry.key().toStdString());
+            EXPECT_EQ(map.value(entry.key()), entry.value());
+            EXPECT_EQ(map.value(entry.key()).typeId(), entry.value().typeId());
+        }
+        EXPECT_EQ(map.value(u"date"_s).toDateTime().timeSpec(), Qt::UTC);
+    }
+    EXPECT_EQ(PropertyList::parse(binary({"\x81\x01\x02"})).value(), QVariant(258ULL));
+    for (const int year : {1, 1066, 4001}) {
+        const QByteArray date = QByteArray::number(year).rightJustified(4, '0');
+        EXPECT_EQ(PropertyList::parse(xml("<date>" + date + "-02-03T04:05:06Z</date>")).value(),
+                  QVariant(QDateTime(QDate(year, 2, 3), QTime(4, 5, 6), Qt::UTC)));
+    }
+}
+
+TEST(PropertyList, ReadsTheTextForm)
+{
+    const auto pairs = [](const QString &key, const QVariant &value) {
+        return QVariantMap{{key, value}};
+    };
+    const std::pair<const char *, QVariant> cases[] = {
+        {"{ key = value; }", pairs(u"key"_s, u"value"_s)},
+        {"\"a key\" = \"a text\";", pairs(u"a key"_s, u"a text"_s)},
+        {"// c\n/* c = d; */ a = /**/ b // x\n ;", pairs(u"a"_s, u"b"_s)},
+        {"key;", pairs(u"key"_s, u"key"_s)},
+        {"a = 1; a = 2;", pairs(u"a"_s, u"2"_s)},
+        {"a = \"\";", pairs(u"a"_s, u""_s)},
+        {"http://x.y/$z_-9 = 'it is \"so\"';", pairs(u"http://x.y/$z_-9"_s, u"it is \"so\""_s)},
+        {"a = \"\\n\\t\\r\\\\\\\"\\'\\q\\\n\";", pairs(u"a"_s, u"\n\t\r\\\"'q\n"_s)},
+        {"a = \"\\U00e9\\Ud83d\\Ude00\\351\\U41\\Ux\\0\";",
+         pairs(u"a"_s, u"é😀éAUx"_s + QChar(u'\0'))},
+        {"a = (b, (c, ), {d = e;}, <0fbd 77>);",
+         pairs(u"a"_s,
+               QVariantList{u"b"_s, QVariantList{u"c"_s}, pairs(u"d"_s, u"e"_s),
+                            QByteArray("\x0f\xbd\x77")})},
+        {"{}", QVariantMap()},
+        {" \n // nothing\n", QVariantMap()},
+        {"()", QVariantList()},
+        {"<deadbeef>", QByteArray("\xde\xad\xbe\xef")},
+        {"just-a-text", u"just-a-text"_s},
+        {"\"a\n//text\"", u"a\n//text"_s},
+    };
+    for (const auto &[text, expected] : cases) {
+        const Result<QVariant> read = PropertyList::parse(text);
+        ASSERT_TRUE(read.ok()) << text << ": " << read.error().toStdString();
+        EXPECT_EQ(read.value(), expected) << text;
+    }
+}
+
+TEST(PropertyList, ReadsEveryUnicodeEncoding)
+{
+    const QVariant expected = QVariantMap{{u"k"_s, u"é😀"_s}};
+    for (const QString &text : {u"k = \"é😀\";"_s,
+                                u"<?xml version=\"1.0\" encoding=\"UTF-16\"?>"
+                                "<plist><dict><key>k</key><string>é😀</string></dict></plist>"_s}) {
+        for (const bool mark : {true, false}) {
+            for (const auto encoding :
+                 {QStringConverter::Utf8, QStringConverter::Utf16LE, QStringConverter::Utf16BE}) {
+                const Result<QVariant> read = PropertyList::parse(encoded(text, encoding, mark));
+                EXPECT_EQ(read.valueOr({}), expected)
+                    << encoding << mark << read.error().toStdString();
+            }
+        }
+    }
+    EXPECT_EQ(PropertyList::parse("<?xml version=\"1.0\" encoding='ISO-8859-1'?>"
+                                  "<plist><string>\xe9</string></plist>")
+                  .valueOr({}),
+              QVariant(u"é"_s));
+}
+
+TEST(PropertyList, SaysInWhichLineWhatIsWrong)
+{
+    const std::pair<QByteArray, const char *> cases[] = {
+        {"a = b;\nc = d\n\ne = f;", "line 2: expected ; after the value of \"c\""},
+        {"a = b;\r\nc\r\nd", "line 2: expected = or ; after the key \"c\""},
+        {"a = b;\n\n\"c = d;\n", "line 3: expected a closing \""},
+        {"\n{ a = b;", "line 2: expected a key or }"},
+        {"{ a = b }", "line 1: expected ;"},
+        {"a = (b c);", "line 1: expected , or )"},
+        {"a = (b,", "line 1: expected a key or a value"},
+        {"a = ;", "line 1: expected a key or a value"},
+        {"a = <0f b>;", "line 1: expected an even number"},
+        {"a = <0g>;", "line 1: expected hexadecimal digits or >"},
+        {"a = b; /* c", "line 1: expected */"},
+        {"{} x", "line 1: expected the end"},
+        {"a = b; ! = c;", "line 1: expected a key"},
+        {"k = \"\xff\";", "not valid UTF-8"},
+        {"\xff\xfe" + QByteArray("k\0 ", 3), "not valid UTF-16"},
+        {"", "empty"},
+        {"bplist00", "trailer"},
+        {xml("<dict>\n<key>a</key></dict>"), "line 4: expected a value for the last key"},
+        {xml("<dict><string>a</string></dict>"), "line 3: expected <key>, found <string>"},
+        {xml("<dict><key>a</key>\n<key>b</key></dict>"), "line 4: expected a value, found <key>"},
+        {xml("<array><key>a</key></array>"), "expected a value, found <key>"},
+        {xml("<true/><true/>"), "expected </plist>, found <true>"},
+        {xml("<array>text</array>"), "expected an element, found text"},
+        {xml("<wrong/>"), "found <wrong>"},
+        {xml("<string><b/></string>"), "line 3"},
+        {xml("<array>"), "line 3"},
+        {xml("<string>&unknown;</string>"), "no property list"},
+        {xml("<integer>12x</integer>"), "expected integer, found \"12x\""},
+        {xml("<date>yesterday</date>"), "expected date"},
+        {xml("<real></real>"), "expected real"},
+        {xml(""), "expected a value, found </plist>"},
+    };
+    for (const auto &[data, expected] : cases) {
+        const Result<QVariant> read = PropertyList::parse(data);
+        EXPECT_FALSE(read.ok()) << data.constData();
+        EXPECT_TRUE(read.error().contains(QLatin1StringView(expected)))
+            << data.constData() << ": " << read.error().toStdString();
+    }
+}
+
+TEST(PropertyList, RefusesWhatWouldExhaustTheMachine)
+{
+    const auto nested = [](const QByteArray &open, const QByteArray &close, int levels) {
+        return open.repeated(levels) + close.repeated(levels);
+    };
+    QList<QByteArray> laughs;
+    for (int i = 1; i < 40; ++i)
+        laughs << "\xa2" + bigEndian(quint64(i), 2) + bigEndian(quint64(i), 2);
+    QList<QByteArray> bulky{"\xaf\x11\x08\x00" + bigEndian(1, 2).repeated(2048),
+                            "\x4f\x12" + bigEndian(65536, 4) + QByteArray(65536, 'x')};
+    QList<QByteArray> chain;
+    for (int i = 1; i < 60000; ++i)
+        chain << "\xa1" + bigEndian(quint64(i), 2);
+    const QByteArray cases[] = {
+        nested("(", ")", 10'000'000),
+        nested("{a=", ";}", 1000),
+        xml(nested("<array>", "</array>", 1'000'000)),
+        "a = (" + QByteArray("b,").repeated(2'000'000) + ");",
+        xml("<array>" + QByteArray("<true/>").repeated(2'000'000) + "</array>"),
+        QByteArray(PropertyListLimits::bytes + 1, ' '),
+        binary({QByteArray("\xa1\0\0", 3)}),
+        binary({QByteArray("\xa1\0\1", 3), QByteArray("\xa1\0\0", 3)}),
+        binary(laughs << QByteArray("\x09")),
+        binary(chain << QByteArray("\x09")),
+        binary(bulky),
+        binary({QByteArray("\xd1\0\1\0\1", 5), "\x09"}),
+        binary({"\xa1\xff\xff"}),
+        binary({"\x5f\x13\xff\xff\xff\xff\xff\xff\xff\xff"}),
+        binary({"\xcf\x12\xff\xff\xff\xff"}),
+    };
+    for (const QByteArray &data : cases) {
+        const Result<QVariant> read = PropertyList::parse(data);
+        EXPECT_FALSE(read.ok()) << data.left(40).toHex().constData();
+        EXPECT_FALSE(read.error().isEmpty());
+    }
+    EXPECT_TRUE(PropertyList::parse(nested("(", ")", PropertyListLimits::depth)).ok());
+    EXPECT_TRUE(
+        PropertyList::parse(xml(nested("<array>", "</array>", PropertyListLimits::depth))).ok());
+}
+
+TEST(PropertyList, SurvivesEveryDamagedByte)
+{
+    const QByteArray text = "/* c */ { \"a\\U00e9\" = ('b', <0f bd>); c; d = e; } // f";
+    int readable = 0;
+    for (const QByteArray &whole : {everything, asBinary(everything), text}) {
+        for (qsizetype i = 0; i < whole.size(); ++i) {
+            for (const int byte : {0x00, 0x0f, 0x22, 0x3c, 0x7f, 0xa1, 0xd1, 0xff}) {
+                QByteArray damaged = whole;
+                damaged[i] = char(byte);
+                readable += PropertyList::parse(damaged).ok();
+            }
+            readable += PropertyList::parse(whole.left(i)).ok();
+        }
+    }
+    EXPECT_GT(readable, 0);
+}
+
+TEST(PropertyList, ReadsRegularFilesOnly)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"list"_s);
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("a = b;\nc");
+    file.close();
+    EXPECT_EQ(PropertyList::read(path).error(),
+              path + u": line 2: expected = or ; after the key \"c\""_s);
+    ASSERT_TRUE(file.resize(6) && QFile::link(path, path + u".link"_s));
+    EXPECT_EQ(PropertyList::read(path + u".link"_s).valueOr({}),
+              QVariant(QVariantMap{{u"a"_s, u"b"_s}}));
+
+    const QString pipe = folder.filePath(u"pipe"_s);
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    for (const QString &other : {folder.path(), pipe, u"/dev/zero"_s, u""_s,
+                                 folder.filePath(u"missing"_s), path + QChar(u'\0') + u"x"_s}) {
+        const Result<QVariant> read = PropertyList::read(other);
+        EXPECT_FALSE(read.ok()) << other.toStdString();
+        EXPECT_GT(read.error().size(), other.size() + 2);
+    }
+}

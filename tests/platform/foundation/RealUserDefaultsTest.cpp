@@ -1,0 +1,145 @@
+#include "platform/foundation/RealUserDefaults.h"
+
+#include <gtest/gtest.h>
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <atomic>
+#include <thread>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class RealUserDefaultsTest : public testing::Test
+{
+protected:
+    QTemporaryDir m_folder;
+    const QString m_path = m_folder.filePath(u"Solvane/solvane.conf"_s);
+
+    QByteArray content() const
+    {
+        QFile file(m_path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+};
+
+} // namespace
+
+TEST_F(RealUserDefaultsTest, KeepsValuesAndTheirTypesAcrossARestart)
+{
+    const QVariantMap values{
+        {u"slvCore.elog"_s, true},
+        {u"no"_s, false},
+        {u"int"_s, -7},
+        {u"long"_s, 9000000000LL},
+        {u"double"_s, 0.1},
+        {u"text"_s, u"a, b; \"c\" é\n@x"_s},
+        {u"number-like"_s, u"12"_s},
+        {u"tag-like"_s, u"int:12"_s},
+        {u"tag-only"_s, u"bool:"_s},
+        {u"empty"_s, u""_s},
+        {u"bytes"_s, QByteArray("\0\xff,", 3)},
+        {u"none"_s, QStringList()},
+        {u"one"_s, QStringList(u"de"_s)},
+        {u"AppleLanguages"_s, QStringList({u"de"_s, u"fr, x"_s})},
+        {u"mixed"_s, QVariantList{1, true, u"x"_s, QVariantMap{{u"k"_s, 2.5}}}},
+        {u"date"_s, QDateTime(QDate(2020, 1, 2), QTime(3, 4), Qt::UTC)},
+        {u"/odd//key\\é%41/"_s, 1},
+        {u"General/a b=c"_s, 2},
+    };
+    {
+        RealUserDefaults defaults(m_path);
+        for (auto entry = values.cbegin(); entry != values.cend(); ++entry)
+            defaults.setValue(entry.key(), entry.value());
+        defaults.setValue(u"gone"_s, 1);
+        EXPECT_TRUE(defaults.synchronize());
+        defaults.removeValue(u"gone"_s);
+        defaults.setValue(u"int"_s, QVariant());
+        EXPECT_FALSE(defaults.value(u"int"_s).isValid());
+        defaults.setValue(u"int"_s, -7);
+    }
+    const RealUserDefaults defaults(m_path);
+    EXPECT_EQ(defaults.keys(), values.keys());
+    for (auto entry = values.cbegin(); entry != values.cend(); ++entry) {
+        SCOPED_TRACE(entry.key().toStdString());
+        EXPECT_EQ(defaults.value(entry.key()), entry.value());
+        EXPECT_EQ(defaults.value(entry.key()).typeId(), entry.value().typeId());
+    }
+    EXPECT_TRUE(content().contains("slvCore.elog=bool:true\n"));
+}
+
+TEST_F(RealUserDefaultsTest, SaysWhenNothingCouldBeWrittenAndTriesAgain)
+{
+    QFile inTheWay(m_folder.filePath(u"Solvane"_s));
+    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    inTheWay.close();
+    RealUserDefaults defaults(m_path);
+    EXPECT_TRUE(defaults.synchronize());
+    defaults.setValue(u"a"_s, 1);
+    EXPECT_FALSE(defaults.synchronize());
+    EXPECT_EQ(defaults.value(u"a"_s), QVariant(1));
+    inTheWay.remove();
+    ASSERT_TRUE(QDir().mkpath(m_path));
+    EXPECT_FALSE(defaults.synchronize());
+    ASSERT_TRUE(QDir().rmdir(m_path));
+    EXPECT_TRUE(defaults.synchronize());
+    EXPECT_EQ(content(), "[General]\na=int:1\n");
+}
+
+TEST_F(RealUserDefaultsTest, KeepsWhatItDoesNotUnderstand)
+{
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(m_path).path()));
+    QFile file(m_path);
+    const QByteArray damaged = "[General]\na=int:1\nhand=true\nint=int:x\nwithout value\n";
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(damaged) == damaged.size());
+    file.close();
+    RealUserDefaults defaults(m_path);
+    EXPECT_EQ(defaults.value(u"a"_s), QVariant(1));
+    EXPECT_TRUE(defaults.value(u"hand"_s).toBool());
+    EXPECT_EQ(defaults.value(u"int"_s), QVariant(u"int:x"_s));
+    defaults.setValue(u"b"_s, true);
+    EXPECT_TRUE(defaults.synchronize());
+    EXPECT_TRUE(content().contains("a=int:1\nb=bool:true\nhand=true\nint=int:x\n"));
+    QFile kept(m_path + u".damaged"_s);
+    ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
+    EXPECT_EQ(kept.readAll(), damaged);
+}
+
+TEST_F(RealUserDefaultsTest, TheUsersFileLiesInTheConfigurationFolder)
+{
+    EXPECT_EQ(RealUserDefaults::defaultFilePath(),
+              qEnvironmentVariable("XDG_CONFIG_HOME") + u"/Solvane/solvane.conf"_s);
+}
+
+TEST_F(RealUserDefaultsTest, IsReadFromAnyThreadWhileItChanges)
+{
+    RealUserDefaults defaults(m_path);
+    std::atomic<bool> done = false;
+    std::atomic<int> wrong = 0;
+    const auto readUntilDone = [&] {
+        for (int last = 0; !done;) {
+            const int now = defaults.value(u"count"_s).toInt();
+            wrong += now < last || defaults.keys().size() > 1;
+            last = now;
+        }
+    };
+    std::thread first(readUntilDone), second(readUntilDone);
+    for (int i = 1; i <= 3000; ++i)
+        defaults.setValue(u"count"_s, i);
+    done = true;
+    first.join();
+    second.join();
+    EXPECT_EQ(wrong, 0);
+
+    // A change from another thread is made here.
+    done = false;
+    std::thread writer([&] { defaults.setValue(u"other"_s, 1), done = defaults.synchronize(); });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return done.load(); }));
+    writer.join();
+    EXPECT_EQ(defaults.value(u"other"_s), QVariant(1));
+}
