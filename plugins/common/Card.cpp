@@ -1,0 +1,13 @@
+#include "common/Card.h"
+
+#include "common/Look.h"
+
+#include <QPainter>
+
+void Card::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(look::hairline, 1));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 8, 8);
+}

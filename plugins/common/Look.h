@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QImage>
+#include <QWidget>
+
+/// The common look of the first-party pages: dark text and one accent on white.
+namespace look {
+
+inline constexpr QColor text(0x1f, 0x29, 0x33);
+inline constexpr QColor secondaryText(0x5c, 0x69, 0x77);
+inline constexpr QColor hairline(0xe1, 0xe6, 0xeb);
+inline constexpr QColor track(0xe8, 0xed, 0xf2);
+inline constexpr QColor accent(0x2f, 0x7f, 0xc1);
+inline constexpr QColor secondAccent(0x2a, 0x93, 0x8a);
+inline constexpr QColor warning(0xc4, 0x6a, 0x0b);
+inline constexpr QColor warningText(0x9a, 0x50, 0x04);
+
+/// Widest a page's column grows, so that lines stay readable in a large window.
+inline constexpr int columnWidth = 960;
+inline constexpr int pageMargin = 28;
+inline constexpr int gap = 16;
+
+/// The application's font, larger or smaller by the factor.
+QFont font(double factor = 1.0, QFont::Weight weight = QFont::Normal);
+
+void setTextColor(QWidget *widget, const QColor &color);
+/// Makes the widget paint a plain white background.
+void paintWhite(QWidget *widget);
+
+/// A page that scrolls: fills the view with a white scroll area around one column.
+/// @return the column, which the caller gives a layout; owned by the view.
+QWidget *addScrollingColumn(QWidget *view);
+
+/// The picture in the file, rendered for a square of that many points and for screens of up to
+/// three pixels a point. Null when the file is missing or is no SVG.
+QImage icon(const QString &svgPath, int points = 16);
+
+} // namespace look
