@@ -38,6 +38,86 @@ void mndAppDelegate::buildSidebarTree()
     sourceListItems = headings;
 }
 
+int mndAppDelegate::sourceListNumberOfChildrenOfItem(PXSourceList *, OutlineItem item)
+{
+    if (!item)
+        return static_cast<int>(sourceListItems.size());
+    const SourceListItem *parent = node(item);
+    return parent ? static_cast<int>(parent->children.size()) : 0;
+}
+
+OutlineItem mndAppDelegate::sourceListChild(PXSourceList *, int index, OutlineItem item)
+{
+    if (!item)
+        return sourceListItems.value(index);
+    const SourceListItem *parent = node(item);
+    return parent ? parent->children.value(index) : nullptr;
+}
+
+QVariant mndAppDelegate::sourceListObjectValueForItem(PXSourceList *, OutlineItem item)
+{
+    const SourceListItem *shown = node(item);
+    return shown ? QVariant(shown->title) : QVariant();
+}
+
+void mndAppDelegate::sourceListSetObjectValue(PXSourceList *, const QVariant &value,
+                                              OutlineItem item)
+{
+    if (auto *edited = qobject_cast<SourceListItem *>(item))
+        edited->title = value.toString();
+}
+
+bool mndAppDelegate::sourceListIsItemExpandable(PXSourceList *, OutlineItem item)
+{
+    const SourceListItem *parent = node(item);
+    return parent && parent->hasChildren();
+}
+
+bool mndAppDelegate::sourceListItemHasBadge(PXSourceList *, OutlineItem item)
+{
+    const SourceListItem *shown = node(item);
+    return shown && shown->hasBadge();
+}
+
+qint64 mndAppDelegate::sourceListBadgeValueForItem(PXSourceList *, OutlineItem item)
+{
+    const SourceListItem *shown = node(item);
+    return shown ? shown->badgeValue : PXSourceListDataSource::noBadge;
+}
+
+bool mndAppDelegate::sourceListItemHasIcon(PXSourceList *, OutlineItem item)
+{
+    const SourceListItem *shown = node(item);
+    return shown && shown->hasIcon();
+}
+
+QImage mndAppDelegate::sourceListIconForItem(PXSourceList *, OutlineItem item)
+{
+    const SourceListItem *shown = node(item);
+    return shown ? shown->icon : QImage();
+}
+
+QImage mndAppDelegate::sourceListIconForItemSelected(PXSourceList *, OutlineItem item)
+{
+    const SourceListItem *shown = node(item);
+    return shown ? shown->iconSelected : QImage();
+}
+
+QMenu *mndAppDelegate::sourceListMenuForEvent(PXSourceList *, QContextMenuEvent *, OutlineItem)
+{
+    return nullptr;
+}
+
+bool mndAppDelegate::sourceListIsGroupAlwaysExpanded(PXSourceList *, OutlineItem)
+{
+    return true;
+}
+
+bool mndAppDelegate::sourceListShouldEditItem(PXSourceList *, OutlineItem)
+{
+    return false;
+}
+
 void mndAppDelegate::setSidebarNeedsDisplay()
 {
     if (!sourceList)

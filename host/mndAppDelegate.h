@@ -128,20 +128,21 @@ public:
     mndTheme *uiTheme() override;
 
     // The sidebar's tree
-    qint64 sourceListNumberOfChildrenOfItem(PXSourceList *list, QObject *item) override;
-    QObject *sourceListChildOfItem(PXSourceList *list, qint64 index, QObject *item) override;
-    QVariant sourceListObjectValueForItem(PXSourceList *list, QObject *item) override;
-    void sourceListSetObjectValueForItem(PXSourceList *list, const QVariant &value,
-                                         QObject *item) override;
-    bool sourceListIsItemExpandable(PXSourceList *list, QObject *item) override;
-    bool sourceListItemHasBadge(PXSourceList *list, QObject *item) override;
-    qint64 sourceListBadgeValueForItem(PXSourceList *list, QObject *item) override;
-    bool sourceListItemHasIcon(PXSourceList *list, QObject *item) override;
-    QImage sourceListIconForItem(PXSourceList *list, QObject *item) override;
-    QImage sourceListIconForItemSelected(PXSourceList *list, QObject *item) override;
-    QMenu *sourceListMenuForEvent(PXSourceList *list, QEvent *event, QObject *item) override;
-    bool sourceListIsGroupAlwaysExpanded(PXSourceList *list, QObject *group) override;
-    bool sourceListShouldEditItem(PXSourceList *list, QObject *item) override;
+    int sourceListNumberOfChildrenOfItem(PXSourceList *list, OutlineItem item) override;
+    OutlineItem sourceListChild(PXSourceList *list, int index, OutlineItem item) override;
+    QVariant sourceListObjectValueForItem(PXSourceList *list, OutlineItem item) override;
+    void sourceListSetObjectValue(PXSourceList *list, const QVariant &value,
+                                  OutlineItem item) override;
+    bool sourceListIsItemExpandable(PXSourceList *list, OutlineItem item) override;
+    bool sourceListItemHasBadge(PXSourceList *list, OutlineItem item) override;
+    qint64 sourceListBadgeValueForItem(PXSourceList *list, OutlineItem item) override;
+    bool sourceListItemHasIcon(PXSourceList *list, OutlineItem item) override;
+    QImage sourceListIconForItem(PXSourceList *list, OutlineItem item) override;
+    QImage sourceListIconForItemSelected(PXSourceList *list, OutlineItem item) override;
+    QMenu *sourceListMenuForEvent(PXSourceList *list, QContextMenuEvent *event,
+                                  OutlineItem item) override;
+    bool sourceListIsGroupAlwaysExpanded(PXSourceList *list, OutlineItem group) override;
+    bool sourceListShouldEditItem(PXSourceList *list, OutlineItem item) override;
 
 public Q_SLOTS:
     void sourceListSelectionDidChange(const Notification &notification);

@@ -2,6 +2,8 @@
 
 #include "plugin_host/mndPlugins.h"
 
+#include <QWidget>
+
 using namespace Qt::StringLiterals;
 
 QString SidebarTree::hiddenHeading()

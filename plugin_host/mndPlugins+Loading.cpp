@@ -92,10 +92,10 @@ QStringList remarks(const Dictionary &info, const QObject *plugin)
     if (!info.value<QWidget *>(u"view"_s))
         found << u"the info dictionary has no \"view\": it gets no row and is never shown"_s;
     if (!qobject_cast<const mndPluginDelegate *>(plugin)) {
-        for (const QString &method : {u"onViewShow"_s, u"onViewHide"_s, u"onAllPluginsLoaded"_s}) {
-            if (perform::responds(plugin, Selector(method))) {
+        for (const char *method : {u"onViewShow"_s, u"onViewHide"_s, u"onAllPluginsLoaded"_s}) {
+            if (perform::responds(plugin, Selector(QString::fromLatin1(method)))) {
                 found << u"%1 is never called: the class does not declare mndPluginDelegate"_s.arg(
-                    method);
+                    QLatin1StringView(method));
             }
         }
     }
