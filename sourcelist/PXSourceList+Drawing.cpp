@@ -1,0 +1,187 @@
+#include "sourcelist/PXSourceList.h"
+#include "sourcelist/SourceListGeometry.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QPixmapCache>
+
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int badgeFontSize = 12;
+constexpr int headingFontSize = 11;
+constexpr qreal badgeRadius = 8.5;
+
+const QColor headingText(74, 86, 96);
+const QColor badgeFill(152, 168, 202);
+const QColor hiddenWindowBadgeFill(180, 180, 180);
+const QColor hiddenWindowSelectedBadgeText(170, 170, 170);
+const QColor unfocusedSelectedBadgeText(153, 169, 203); // red is 0.6 of 255
+
+QFont badgeFont(const QFont &base)
+{
+    QFont font = base;
+    font.setBold(true);
+    font.setPixelSize(badgeFontSize);
+    return font;
+}
+
+/// The image in exactly the device pixels that it will cover. Smooth scaling of a large icon is
+/// slow work, and rows are drawn often.
+QPixmap scaledIcon(const QImage &image, const QSize &pixels)
+{
+    const QString key = u"source-list-icon %1 %2x%3"_s.arg(image.cacheKey())
+                            .arg(pixels.width())
+                            .arg(pixels.height());
+    QPixmap scaled;
+    if (!QPixmapCache::find(key, &scaled)) {
+        scaled = QPixmap::fromImage(
+            image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+        QPixmapCache::insert(key, scaled);
+    }
+    return scaled;
+}
+
+} // namespace
+
+QSizeF PXSourceList::sizeOfBadgeAtRow(int row)
+{
+    OutlineItem item = itemAtRow(row);
+    if (!item || !itemHasBadge(item))
+        return {0, 0};
+    const QFontMetricsF metrics(badgeFont(font()));
+    return SourceListGeometry::badgeSize(
+        metrics.horizontalAdvance(QString::number(badgeValueForItem(item))));
+}
+
+QRectF PXSourceList::frameOfOutlineCellAtRow(int row)
+{
+    return SourceListGeometry::outlineCellFrame(baseFrameOfOutlineCell(row), levelForRow(row),
+                                                indentationPerLevel(),
+                                                isGroupAlwaysExpanded(itemAtRow(row)));
+}
+
+QRectF PXSourceList::frameOfCellAtColumn(int column, int row)
+{
+    OutlineItem item = itemAtRow(row);
+    if (column != 0 || !item)
+        return {};
+    SourceListGeometry::Row geometry;
+    geometry.rect = rectOfRow(row);
+    geometry.baseFrame = baseFrameOfCell(row);
+    geometry.level = levelForItem(item);
+    geometry.indentationPerLevel = indentationPerLevel();
+    geometry.isAlwaysExpanded = isGroupAlwaysExpanded(item);
+    geometry.hasIcon = source() && source()->sourceListItemHasIcon(this, item);
+    geometry.iconSize = _iconSize;
+    geometry.badgeWidth = sizeOfBadgeAtRow(row).width();
+    geometry.cellHeight = preparedCellAtRow(row).heightInFrame(geometry.baseFrame);
+    return SourceListGeometry::textCellFrame(geometry);
+}
+
+OutlineViewCell PXSourceList::dataCellForRow(int row)
+{
+    OutlineViewCell cell = OutlineView::dataCellForRow(row);
+    if (isGroupItem(itemAtRow(row))) {
+        cell.font.setPixelSize(headingFontSize);
+        cell.font.setBold(true);
+        cell.font.setCapitalization(QFont::AllUppercase);
+        cell.textColor = headingText;
+    }
+    return cell;
+}
+
+void PXSourceList::drawRow(int row, QPainter *painter, const QRectF &clip)
+{
+    OutlineView::drawRow(row, painter, clip);
+    OutlineItem item = itemAtRow(row);
+    if (!item)
+        return;
+    painter->save();
+    painter->setClipRect(clip, Qt::IntersectClip);
+    painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    if (!isGroupItem(item) && source() && source()->sourceListItemHasIcon(this, item))
+        drawIcon(row, painter);
+    const QSizeF badge = sizeOfBadgeAtRow(row);
+    if (!badge.isEmpty())
+        drawBadgeForRow(row, SourceListGeometry::badgeRect(rectOfRow(row), badge), painter);
+    painter->restore();
+}
+
+void PXSourceList::drawIcon(int row, QPainter *painter)
+{
+    OutlineItem item = itemAtRow(row);
+    QImage image;
+    if (isRowSelected(row))
+        image = source()->sourceListIconForItemSelected(this, item);
+    if (image.isNull())
+        image = source()->sourceListIconForItem(this, item);
+    if (image.isNull())
+        return;
+    const QRectF icon = SourceListGeometry::iconRect(frameOfCellAtColumn(0, row), _iconSize);
+    const QRectF rect = SourceListGeometry::imageRect(icon, image.deviceIndependentSize());
+    const qreal ratio = painter->device()->devicePixelRatioF();
+    // Whole device pixels keep small icons crisp.
+    const QPointF corner(std::round(rect.x() * ratio) / ratio,
+                         std::round(rect.y() * ratio) / ratio);
+    const QRectF aligned(corner, rect.size());
+    painter->setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter->setOpacity(1);
+    const QPixmap scaled = scaledIcon(image, (rect.size() * ratio).toSize());
+    painter->drawPixmap(aligned, scaled, QRectF(scaled.rect()));
+}
+
+bool PXSourceList::isWindowVisible() const
+{
+    return window()->isVisible() && !window()->isMinimized();
+}
+
+bool PXSourceList::isFirstResponder() const
+{
+    return window()->focusWidget() == this;
+}
+
+void PXSourceList::drawBadgeForRow(int row, const QRectF &rect, QPainter *painter)
+{
+    OutlineItem item = itemAtRow(row);
+    if (!item)
+        return;
+    QColor fill = Qt::white;
+    QColor text = Qt::white;
+    if (isRowSelected(row)) {
+        // The inverse of an unselected badge, so that it stands out from the selection.
+        if (!isWindowVisible())
+            text = hiddenWindowSelectedBadgeText;
+        else if (isFirstResponder() || editedRow() == row)
+            text = palette().color(QPalette::Active, QPalette::Highlight);
+        else
+            text = unfocusedSelectedBadgeText;
+    } else if (isWindowVisible()) {
+        fill = source() ? source()->sourceListBadgeBackgroundColorForItem(this, item) : QColor();
+        const QColor wanted =
+            source() ? source()->sourceListBadgeTextColorForItem(this, item) : QColor();
+        if (!fill.isValid())
+            fill = badgeFill;
+        if (wanted.isValid())
+            text = wanted;
+    } else {
+        fill = hiddenWindowBadgeFill;
+    }
+
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(fill);
+    painter->drawRoundedRect(rect, badgeRadius, badgeRadius);
+    const QString value = QString::number(badgeValueForItem(item));
+    painter->setFont(badgeFont(font()));
+    painter->setPen(text);
+    const QFontMetricsF metrics(painter->font());
+    const QSizeF size(metrics.horizontalAdvance(value), metrics.height());
+    const QPointF corner = rect.center() - QPointF(size.width() / 2, size.height() / 2);
+    painter->drawText(QPointF(corner.x(), corner.y() + metrics.ascent()), value);
+    painter->restore();
+}
