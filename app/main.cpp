@@ -79,9 +79,10 @@ void setIdentity(Application &application)
 int diagnose(const CommandLine &commandLine, Application &application)
 {
     PluginDiagnosis diagnosis;
+    std::unique_ptr<QWidget> window; // outlives the delegate that works on it
     mndAppDelegate delegate;
     setApplicationDelegate(&delegate);
-    const auto window = InterfaceFile::load(u"MainMenu"_s, &delegate);
+    window = InterfaceFile::load(u"MainMenu"_s, &delegate);
     delegate.setPluginLoadObserver(&diagnosis);
     application.finishLaunching();
 
@@ -103,9 +104,10 @@ int run(const CommandLine &commandLine, Application &application)
         return 1;
     }
 
+    std::unique_ptr<QWidget> window; // outlives the delegate that works on it
     mndAppDelegate delegate;
     setApplicationDelegate(&delegate);
-    const auto window = InterfaceFile::load(u"MainMenu"_s, &delegate);
+    window = InterfaceFile::load(u"MainMenu"_s, &delegate);
     if (commandLine.hidden)
         delegate.windowShouldClose(window.get());
     else

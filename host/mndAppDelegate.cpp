@@ -54,6 +54,8 @@ mndAppDelegate::~mndAppDelegate()
     }
     if (_window)
         _window->setDelegate(nullptr);
+    // While the host still answers: a plugin may call it on its way out.
+    m_Plugins.reset();
 }
 
 void mndAppDelegate::applicationDidFinishLaunching()
@@ -136,7 +138,8 @@ void mndAppDelegate::_loaded2()
         beginAccessingBookmark();
     if (sourceList) {
         sourceList->show();
-        sourceList->viewWillStartLiveResize();
+        // Rows that were laid out while hidden may have the wrong width.
+        sourceList->doItemsLayout();
         setSidebarNeedsDisplay();
         sourceList->reloadData();
     }

@@ -92,7 +92,7 @@ QStringList remarks(const Dictionary &info, const QObject *plugin)
     if (!info.value<QWidget *>(u"view"_s))
         found << u"the info dictionary has no \"view\": it gets no row and is never shown"_s;
     if (!qobject_cast<const mndPluginDelegate *>(plugin)) {
-        for (const char *method : {u"onViewShow"_s, u"onViewHide"_s, u"onAllPluginsLoaded"_s}) {
+        for (const char *method : {"onViewShow", "onViewHide", "onAllPluginsLoaded"}) {
             if (perform::responds(plugin, Selector(QString::fromLatin1(method)))) {
                 found << u"%1 is never called: the class does not declare mndPluginDelegate"_s.arg(
                     QLatin1StringView(method));
@@ -117,7 +117,7 @@ void mndPlugins::loadAllPlugins()
                              | QDir::CaseSensitive);
     for (const QFileInfo &entry : directory.entryInfoList()) {
         if (isFilePackage(entry))
-            loadPluginFromPath((folder + u'/' + entry.fileName()).replace(u"//"_s, u"/"_s));
+            loadPluginFromPath(QString(folder + u'/' + entry.fileName()).replace(u"//"_s, u"/"_s));
     }
 }
 

@@ -1,5 +1,7 @@
 #include "platform/foundation/BundleModule.h"
 
+#include "platform/foundation/ElfFile.h"
+
 #include <QFileInfo>
 #include <QVersionNumber>
 
@@ -20,6 +22,8 @@ Result<BundleModule::Metadata> BundleModule::metadata() const
     const QFileInfo file(m_path);
     if (!file.isFile())
         return Answer::failure(u"there is no module at %1"_s.arg(m_path));
+    if (const QString problem = ElfFile::problem(m_path); !problem.isNull())
+        return Answer::failure(u"%1 is not a plugin module: %2"_s.arg(m_path, problem));
     const QJsonObject embedded = m_loader.metaData();
     if (embedded.isEmpty())
         return Answer::failure(

@@ -43,6 +43,14 @@ void apply()
     if (QStyle *style = QStyleFactory::create(u"Fusion"_s))
         QApplication::setStyle(style);
     QApplication::setPalette(palette());
+    // Menus are drawn in button colours, but have no coloured body.
+    QPalette menus = palette();
+    menus.setColor(QPalette::Button, Qt::white);
+    menus.setColor(QPalette::ButtonText, menus.color(QPalette::WindowText));
+    menus.setColor(QPalette::Disabled, QPalette::ButtonText,
+                   menus.color(QPalette::Disabled, QPalette::WindowText));
+    QApplication::setPalette(menus, "QMenuBar");
+    QApplication::setPalette(menus, "QMenu");
 }
 
 } // namespace HostLook

@@ -154,22 +154,41 @@ TEST_F(PluginLoading, RefusesDamagedBundlesWithAReason)
          "CFBundleExecutable"},
         {"module missing", [&](const QString &c) { QFile::remove(c + module); }, "no module"},
         {"module empty", [&](const QString &c) { write(c + module, {}); }, "not a plugin module"},
-        {"module truncated",
-         [&](const QString &c) { QFile(c + module).resize(QFileInfo(c + module).size() / 3); },
+        {"module cut off", [&](const QString &c) { QFile(c + module).resize(2000); },
          "not a plugin module"},
-    };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.damage);
-        const QString folder = own(QString::fromLatin1(c.damage));
-        services.addFixture(u"Good"_s, folder);
-        c.apply(folder + u"/Good.bundle/Contents"_s);
-        EXPECT_TRUE(plugins.loadPluginFromPath(folder + u"/Good.bundle"_s));
-        EXPECT_EQ(plugins.count(), 0U);
-        const QString problems = reports.all.last().problems.join(u'\n');
-        EXPECT_TRUE(problems.contains(QLatin1StringView(c.reason))) << qPrintable(problems);
+};
+for (const Case &c : cases) {
+    SCOPED_TRACE(c.damage);
+    const QString folder = own(QString::fromLatin1(c.damage));
+    services.addFixture(u"Good"_s, folder);
+    c.apply(folder + u"/Good.bundle/Contents"_s);
+    EXPECT_TRUE(plugins.loadPluginFromPath(folder + u"/Good.bundle"_s));
+    EXPECT_EQ(plugins.count(), 0U);
+    const QString problems = reports.all.last().problems.join(u'\n');
+    EXPECT_TRUE(problems.contains(QLatin1StringView(c.reason))) << qPrintable(problems);
+}
+EXPECT_FALSE(plugins.loadPluginFromPath(own(u"nothing.bundle"_s)));
+EXPECT_FALSE(plugins.loadPluginFromPath({}));
+}
+
+TEST_F(PluginLoading, SurvivesModulesCutOffAnywhere)
+{
+    services.addFixture(u"Hidden"_s, services.resources());
+    const QString module = own(u"Hidden.bundle/Contents/MacOS/Hidden.so"_s);
+    QFile whole(module);
+    ASSERT_TRUE(whole.open(QIODevice::ReadOnly));
+    const QByteArray content = whole.readAll();
+    for (qsizetype size = 0; size < content.size() / 2; size += 1500) {
+        const QString folder = own(QString::number(size));
+        services.addFixture(u"Hidden"_s, folder);
+        QFile cut(folder + u"/Hidden.bundle/Contents/MacOS/Hidden.so"_s);
+        ASSERT_TRUE(cut.open(QIODevice::WriteOnly));
+        cut.write(content.first(size));
+        cut.close();
+        plugins.loadPluginFromPath(folder + u"/Hidden.bundle"_s);
     }
-    EXPECT_FALSE(plugins.loadPluginFromPath(own(u"nothing.bundle"_s)));
-    EXPECT_FALSE(plugins.loadPluginFromPath({}));
+    EXPECT_GT(reports.all.size(), 10);
+    EXPECT_FALSE(reports.all.first().accepted);
 }
 
 TEST_F(PluginLoading, ComposesAMessageOnExceptionsThatNobodySees)
