@@ -3,9 +3,9 @@
 #include "common/Look.h"
 
 #include <QPainter>
-#include <QPainterPath>
 
 #include <algorithm>
+#include <cmath>
 
 HistoryChart::HistoryChart(const QColor &color)
     : m_color(color)
@@ -36,7 +36,8 @@ void HistoryChart::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     constexpr double lineWidth = 1.6;
-    const QRectF area = QRectF(rect()).adjusted(0, lineWidth, -lineWidth, -1);
+    constexpr double dotRadius = 2.2;
+    const QRectF area = QRectF(rect()).adjusted(0, dotRadius, -dotRadius, -dotRadius);
     painter.setPen(QPen(look::hairline, 1));
     for (const double share : {0.0, 0.5, 1.0}) {
         const double y = std::floor(area.bottom() - share * area.height()) + 0.5;
@@ -66,5 +67,5 @@ void HistoryChart::paintEvent(QPaintEvent *)
     painter.drawPolyline(line);
     painter.setPen(Qt::NoPen);
     painter.setBrush(m_color);
-    painter.drawEllipse(line.last(), lineWidth + 0.4, lineWidth + 0.4);
+    painter.drawEllipse(line.last(), dotRadius, dotRadius);
 }

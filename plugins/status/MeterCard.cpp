@@ -24,7 +24,7 @@ MeterCard::MeterCard(const QString &title, const QString &period, const QColor &
         small->setFont(look::font(0.9));
         look::setTextColor(small, look::secondaryText);
     }
-    m_figure->setFont(look::font(2.1, QFont::Light));
+    m_figure->setFont(look::font(2.0));
     m_figure->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
     look::setTextColor(m_remark, look::secondaryText);
     m_remark->setAlignment(Qt::AlignLeft | Qt::AlignBottom);

@@ -78,7 +78,8 @@ public:
         auto *name = new ElidedLabel;
         name->setText(nameOf(m_volume, texts));
         name->setFont(look::font(1.0, QFont::Medium));
-        name->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+        // When there is too little room the name gives way, not the figures.
+        name->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
         auto *place = new ElidedLabel(Qt::ElideMiddle);
         place->setText(
             u"%1 \u2022 %2 \u2022 %3"_s.arg(m_volume.path, m_volume.source, m_volume.type));
@@ -93,7 +94,7 @@ public:
         grid->addWidget(m_figures, 0, 1);
         grid->addWidget(m_bar, 1, 0, 1, 2);
         grid->addWidget(place, 2, 0, 1, 2);
-        grid->setColumnStretch(1, 1);
+        grid->setColumnStretch(0, 1);
         setText(m_texts(u"SZ_STATUS_MEASURING"_s, u"Measuring\u2026"_s), false);
     }
 
