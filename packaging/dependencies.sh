@@ -4,14 +4,12 @@
 # What turns the tree into a program.
 SOLVANE_BUILD_PACKAGES=(
     g++ cmake ninja-build pkg-config
-    qt6-base-dev qt6-base-dev-tools qt6-svg-dev
-    libgl-dev libplist-dev
+    qt6-base-dev qt6-svg-dev libplist-dev
 )
 
 # What the program loads or reads while it runs, beyond the libraries it is linked with.
 SOLVANE_RUN_PACKAGES=(
-    libqt6svg6 qt6-qpa-plugins qt6-image-formats-plugins
-    fonts-dejavu-core libgl1-mesa-dri
+    libqt6svg6 qt6-image-formats-plugins fonts-dejavu-core
 )
 
 # A display for machines that have none.

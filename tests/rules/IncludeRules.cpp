@@ -23,10 +23,10 @@ auto floorOf(const QString &file)
                         [&](const QString &floor) { return file.startsWith(floor); });
 }
 
-/// "plugins/name/" of a plugin's file; null for any other file.
+/// "plugins/name/" of a plugin's file, "sdk/" of what plugin authors are given; null for any other.
 QString pluginFolder(const QString &file)
 {
-    static const QRegularExpression pattern(u"^plugins/[^/]+/"_s);
+    static const QRegularExpression pattern(u"^(plugins/[^/]+|sdk)/"_s);
     return pattern.match(file).captured();
 }
 

@@ -1,20 +1,23 @@
 #!/usr/bin/env bash
-# Runs clang-tidy over the sources, on every core.
+# Runs clang-tidy over the sources, on every core: first over those the last commit and the work tree
+# changed, then over the rest.
 #
-#     run-clang-tidy.sh BUILD-FOLDER [--changed [BASE]]
+#     run-clang-tidy.sh BUILD-FOLDER [--seconds LIMIT]
 #
-# With --changed only over what differs from the commit BASE (the parent of HEAD if not given), the
-# work tree included; a header counts for every source of its folder.
+# With a limit no further file is begun once the time is up; how many were left out is said.
 set -euo pipefail
 
 root=$(cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/../.." && pwd)
 build=${1:?The build folder is missing}
-database=$build/compile_commands.json
-if [[ ! -r $database ]]; then
-    echo "There is no $database: configure the build first." >&2
+if [[ ! -r $build/compile_commands.json ]]; then
+    echo "There is no $build/compile_commands.json: configure the build first." >&2
     exit 2
 fi
 build=$(cd "$build" && pwd)
+deadline=0
+if [[ ${2:-} == --seconds ]]; then
+    deadline=$(($(date +%s) + ${3:?The limit is missing}))
+fi
 cd "$root"
 
 # What the build generates is not ours to tidy.
@@ -22,31 +25,49 @@ mapfile -t sources < <(
     sed -n 's/^ *"file": "\(.*\)",\{0,1\}$/\1/p' "$build/compile_commands.json" |
         grep -v "^$build/" | sort -u
 )
+mapfile -t changed < <(git diff --name-only --diff-filter=d HEAD~1 -- '*.cpp' '*.h' 2>/dev/null || true)
 
-if [[ ${2:-} == --changed ]]; then
-    base=${3:-HEAD~1}
-    if git rev-parse --verify --quiet "$base^{commit}" >/dev/null; then
-        mapfile -t changed < <(git diff --name-only --diff-filter=d "$base" -- '*.cpp' '*.h')
-        selected=()
-        for source in "${sources[@]}"; do
-            for file in "${changed[@]}"; do
-                if [[ $source == "$root/$file" ||
-                    ($file == *.h && $(dirname "$source") == "$root/$(dirname "$file")") ]]; then
-                    selected+=("$source")
-                    break
-                fi
-            done
-        done
-        sources=("${selected[@]}")
+# A header counts for the source of the same name.
+is_changed() {
+    local file
+    for file in "${changed[@]}"; do
+        [[ ${1%.*} == "$root/${file%.*}" ]] && return
+    done
+    return 1
+}
+
+first=()
+rest=()
+for source in "${sources[@]}"; do
+    if is_changed "$source"; then
+        first+=("$source")
+    else
+        rest+=("$source")
     fi
-fi
+done
 
-if ((${#sources[@]} == 0)); then
-    echo "Nothing to check."
-    exit
-fi
-echo "Checking ${#sources[@]} files."
-# The warnings switched off for clang alone: the flags are written for g++.
-printf '%s\0' "${sources[@]}" |
-    xargs -0 -P "$(nproc)" -n 4 clang-tidy -p "$build" --quiet \
-        --extra-arg=-Wno-unknown-warning-option 2> >(grep -v 'warnings generated\.$' >&2 || true)
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+export build scratch deadline
+# The flags are g++'s: clang need not know all of them.
+check() {
+    if ((deadline && $(date +%s) >= deadline)); then
+        echo "$1" >>"$scratch/skipped"
+        return
+    fi
+    local output=$scratch/$BASHPID status=0
+    clang-tidy -p "$build" --quiet --extra-arg=-Wno-unknown-warning-option "$1" \
+        >"$output" 2>&1 || status=1
+    ((status)) && cat "$output"
+    return $status
+}
+export -f check
+
+status=0
+printf '%s\0' "${first[@]}" "${rest[@]}" |
+    xargs -0 -P "$(nproc)" -n 1 bash -c 'check "$1"' check || status=1
+
+skipped=0
+[[ -e $scratch/skipped ]] && skipped=$(wc -l <"$scratch/skipped")
+echo "clang-tidy: $((${#sources[@]} - skipped)) of ${#sources[@]} files checked, ${#first[@]} of them changed."
+exit $status
