@@ -156,19 +156,19 @@ TEST_F(PluginLoading, RefusesDamagedBundlesWithAReason)
         {"module empty", [&](const QString &c) { write(c + module, {}); }, "not a plugin module"},
         {"module cut off", [&](const QString &c) { QFile(c + module).resize(2000); },
          "not a plugin module"},
-};
-for (const Case &c : cases) {
-    SCOPED_TRACE(c.damage);
-    const QString folder = own(QString::fromLatin1(c.damage));
-    services.addFixture(u"Good"_s, folder);
-    c.apply(folder + u"/Good.bundle/Contents"_s);
-    EXPECT_TRUE(plugins.loadPluginFromPath(folder + u"/Good.bundle"_s));
-    EXPECT_EQ(plugins.count(), 0U);
-    const QString problems = reports.all.last().problems.join(u'\n');
-    EXPECT_TRUE(problems.contains(QLatin1StringView(c.reason))) << qPrintable(problems);
-}
-EXPECT_FALSE(plugins.loadPluginFromPath(own(u"nothing.bundle"_s)));
-EXPECT_FALSE(plugins.loadPluginFromPath({}));
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.damage);
+        const QString folder = own(QString::fromLatin1(c.damage));
+        services.addFixture(u"Good"_s, folder);
+        c.apply(folder + u"/Good.bundle/Contents"_s);
+        EXPECT_TRUE(plugins.loadPluginFromPath(folder + u"/Good.bundle"_s));
+        EXPECT_EQ(plugins.count(), 0U);
+        const QString problems = reports.all.last().problems.join(u'\n');
+        EXPECT_TRUE(problems.contains(QLatin1StringView(c.reason))) << qPrintable(problems);
+    }
+    EXPECT_FALSE(plugins.loadPluginFromPath(own(u"nothing.bundle"_s)));
+    EXPECT_FALSE(plugins.loadPluginFromPath({}));
 }
 
 TEST_F(PluginLoading, SurvivesModulesCutOffAnywhere)
