@@ -14,25 +14,27 @@ namespace {
 class RecordingBundle : public Bundle
 {
 public:
-    RecordingBundle(const QString &path, Recorder &recorder)
+    RecordingBundle(const QString &path, TestServices &test)
         : Bundle(path)
-        , m_recorder(recorder)
+        , t(test)
     { }
 
     QString pathForResource(const QString &name, const QString &type) const override
     {
-        m_recorder.note(u"resource %1.%2"_s.arg(name, type));
+        t.recorder.note(u"resource %1.%2"_s.arg(name, type));
         return Bundle::pathForResource(name, type);
     }
 
     QStringList pathsForResources(const QString &type) const override
     {
-        m_recorder.note(u"resources *.%1"_s.arg(type));
+        if (t.onPluginsSought)
+            t.onPluginsSought();
+        t.recorder.note(u"resources *.%1"_s.arg(type));
         return Bundle::pathsForResources(type);
     }
 
 private:
-    Recorder &m_recorder;
+    TestServices &t;
 };
 
 } // namespace
@@ -51,7 +53,7 @@ struct TestServices::Seams : Clock,
 {
     explicit Seams(TestServices &test)
         : t(test)
-        , bundle(t.root.filePath(u"Solvane.app"_s), t.recorder)
+        , bundle(t.root.filePath(u"Solvane.app"_s), t)
     { }
 
     QDateTime now() const override { return t.now; }

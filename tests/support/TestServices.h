@@ -58,6 +58,8 @@ public:
     QTemporaryDir root;
     QTemporaryDir home;
 
+    /// Called when the application's own plugins are looked for.
+    std::function<void()> onPluginsSought;
     QDateTime now;
     QStringList preferredLanguages{QStringLiteral("en")};
     QLocale locale{QLocale::English, QLocale::UnitedKingdom};

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "host/InterfaceFiles.h"
+#include "host/mndAppDelegate.h"
+#include "platform/ui/InterfaceFile.h"
+#include "plugin_host/mndPlugins.h"
+#include "support/TestServices.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QMenuBar>
+
+/// A whole host on seams: the real window from its real interface file, real bundles, a scratch
+/// home.
+class Host : public testing::Test
+{
+protected:
+    Host()
+    {
+        addInterfaceFiles();
+        services.addResource(QStringLiteral("en.strings"), "SZ_NOTHING = nothing;");
+        services.onPluginsSought = [this] {
+            delegate->sharedObjectRegister(QStringLiteral("test.recorder"), &services.recorder);
+        };
+        setApplicationDelegate(delegate.get());
+        window = InterfaceFile::load(QStringLiteral("MainMenu"), delegate.get());
+    }
+
+    ~Host() override { delegate.reset(); }
+
+    /// Start-up to its very end, with these fixtures as the application's own plugins.
+    void start(std::initializer_list<const char *> fixtures = {})
+    {
+        for (const char *fixture : fixtures)
+            services.addFixture(QString::fromLatin1(fixture), services.resources());
+        delegate->applicationDidFinishLaunching();
+        services.runScheduled();
+        services.recorder.take();
+    }
+
+    QAction *item(const char *name) const { return delegate->property(name).value<QAction *>(); }
+    PXSourceList *list() const { return delegate->property("sourceList").value<PXSourceList *>(); }
+    QWidget *content() const { return delegate->property("pluginViewHost").value<QWidget *>(); }
+    /// Object name of the view that shows; empty for none.
+    QString shownView() const
+    {
+        const auto views = content()->findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
+        return views.isEmpty() ? QString() : views.first()->objectName();
+    }
+
+    QString logPath() const
+    {
+        return services.home.path() + QStringLiteral("/Library/Logs/solvane.log");
+    }
+    QStringList logLines() const
+    {
+        QFile file(logPath());
+        return file.open(QIODevice::ReadOnly)
+            ? QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts)
+            : QStringList();
+    }
+
+    TestServices services;
+    std::unique_ptr<QWidget> window;
+    std::unique_ptr<mndAppDelegate> delegate = std::make_unique<mndAppDelegate>();
+};

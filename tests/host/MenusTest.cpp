@@ -1,0 +1,172 @@
+#include "host/HostFixture.h"
+
+#include <QCloseEvent>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class Updater : public QObject
+{
+    Q_OBJECT
+
+public:
+    int checks = 0;
+
+public Q_SLOTS:
+    void checkForUpdates() { ++checks; }
+};
+
+} // namespace
+
+TEST_F(Host, ClosingHidesTheWindowAndTheMenuBringsItBack)
+{
+    start();
+    window->show();
+    EXPECT_FALSE(item("miShowMainWindow")->isVisible());
+    EXPECT_TRUE(window->close());
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_TRUE(item("miShowMainWindow")->isVisible());
+    EXPECT_TRUE(item("miShowMainWindowSeperator")->isVisible());
+    item("miShowMainWindow")->trigger();
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_FALSE(item("miShowMainWindow")->isVisible());
+    EXPECT_FALSE(item("miShowMainWindowSeperator")->isVisible());
+    window->showMinimized();
+    EXPECT_TRUE(delegate->applicationShouldHandleReopen(nullptr, true));
+    EXPECT_FALSE(window->isMinimized());
+}
+
+TEST_F(Host, ResetsThePreferencesOnlyAfterConsent)
+{
+    start();
+    services.defaults = {{u"slvCore.elog"_s, false}, {u"of.a.plugin"_s, 7}};
+    item("miPrefsReset")->trigger();
+    QStringList events = services.recorder.take();
+    ASSERT_EQ(events.size(), 1);
+    EXPECT_TRUE(
+        events[0].startsWith(u"alert Solvane|This option will reset your preferences and "
+                             "should be used if you have been advised to do so by Solvane "
+                             "support, or you are having trouble with Quick Clean not "
+                             "detecting many items to remove.\n\nAfter your preferences "
+                             "have been reset Solvane will automatically exit.\n\nWould you "
+                             "like to proceed?|Cancel|Reset"_s));
+    EXPECT_EQ(services.defaults.size(), 2);
+
+    services.alertAnswer = AlertPanel::Alternate;
+    item("miPrefsReset")->trigger();
+    events = services.recorder.take();
+    EXPECT_TRUE(services.defaults.isEmpty());
+    EXPECT_EQ(events.mid(1), (QStringList{u"synchronize"_s, u"exit 1"_s}));
+}
+
+TEST_F(Host, ChecksForUpdatesThroughTheSharedUpdater)
+{
+    start();
+    item("miCheckForUpdate")->trigger();
+    QObject mute;
+    delegate->sharedObjectRegister(u"shared.updater"_s, &mute);
+    item("miCheckForUpdate")->trigger();
+    Updater updater;
+    delegate->sharedObjectRegister(u"shared.updater"_s, &updater);
+    item("miCheckForUpdate")->trigger();
+    EXPECT_EQ(updater.checks, 1);
+    delegate->sharedObjectRegister(u"shared.updater"_s, nullptr);
+    EXPECT_EQ(delegate->sharedObject(u"shared.updater"_s), nullptr);
+}
+
+TEST_F(Host, SharesObjectsByExactNameAndForgetsDeletedOnes)
+{
+    start();
+    EXPECT_NE(delegate->sharedObject(u"SHARED.HELPERS"_s), nullptr);
+    EXPECT_EQ(delegate->sharedObject(u"shared.helpers"_s), nullptr);
+    auto object = std::make_unique<QObject>();
+    delegate->sharedObjectRegister(u"name"_s, object.get());
+    EXPECT_EQ(delegate->sharedObject(u"name"_s), object.get());
+    object.reset();
+    EXPECT_EQ(delegate->sharedObject(u"name"_s), nullptr);
+}
+
+TEST_F(Host, OpensWhatTheMenusLeadTo)
+{
+    start({"StatusFixture"});
+    delegate->lblHomepageClicked();
+    EXPECT_EQ(services.recorder.take(), QStringList{u"open url http://www.solvane.example"_s});
+    EXPECT_TRUE(delegate->applicationOpenFile(nullptr, u"/any/document"_s));
+    item("miHelpLink")->trigger();
+    EXPECT_EQ(shownView(), u"plugin.status"_s) << "there is no support plugin to show";
+}
+
+TEST_F(Host, LogsOnlyWhileExtendedLoggingIsOn)
+{
+    start();
+    delegate->log(u"unheard"_s);
+    EXPECT_FALSE(QFile::exists(logPath()));
+
+    services.recorder.take();
+    item("miExtendedLoggingEnable")->trigger();
+    EXPECT_FALSE(item("miExtendedLoggingEnable")->isChecked()) << "cancelled";
+    EXPECT_TRUE(services.recorder.take().value(0).endsWith(
+        u"Please only enable this option if support has asked you to do so for troubleshooting "
+        "purposes.|Cancel|Enable"_s));
+
+    services.alertAnswer = AlertPanel::Alternate;
+    item("miExtendedLoggingEnable")->trigger();
+    EXPECT_TRUE(item("miExtendedLoggingEnable")->isChecked());
+    delegate->log(u"a value NULL here"_s);
+    delegate->applicationWillTerminate();
+    EXPECT_EQ(logLines(),
+              (QStringList{u"16/11/2026 00:45 a value here"_s,
+                           u"16/11/2026 00:45 mndAppDelegate::applicationWillTerminate::1330"_s}));
+
+    services.recorder.take();
+    item("miExtendedLoggingEnable")->trigger();
+    EXPECT_FALSE(delegate->extendedLoggingValue());
+    EXPECT_FALSE(QFile::exists(logPath())) << "switching deletes what was gathered";
+    EXPECT_EQ(services.recorder.take(), QStringList{u"synchronize"_s}) << "nothing is asked";
+}
+
+TEST_F(Host, RevealsTheLogOrSaysThatThereIsNone)
+{
+    start();
+    item("miExtendedLoggingSend")->trigger();
+    services.workspaceOpens = false;
+    item("miExtendedLoggingSend")->trigger();
+    EXPECT_EQ(
+        services.recorder.take(),
+        (QStringList{u"open file "_s + logPath(), u"open file "_s + logPath(),
+                     u"alert Solvane|There is currently no logfile available to view.|OK|"_s}));
+}
+
+TEST_F(Host, LooksTextsUpWithoutEverFailing)
+{
+    services.addResource(u"en.strings"_s, "EMPTY = \"\"; LIST = (1, 2); TEXT = found;");
+    start();
+    services.defaults[u"slvCore.elog"_s] = true;
+    EXPECT_EQ(delegate->stringResource({}, u"fallback"_s), u"!aId"_s);
+    EXPECT_EQ(delegate->stringResource(u"TEXT"_s, u"fallback"_s), u"found"_s);
+    EXPECT_EQ(delegate->stringResource(u"EMPTY"_s, u"fallback"_s), u""_s);
+    EXPECT_TRUE(logLines().isEmpty());
+    EXPECT_FALSE(delegate->stringResource(u"LIST"_s, {}).isNull());
+    EXPECT_TRUE(delegate->stringResource(u"MISSING"_s, {}).isNull());
+    EXPECT_EQ(delegate->stringResource(u"MISSING"_s, u"fallback"_s), u"fallback"_s);
+    EXPECT_EQ(logLines(),
+              QStringList(2,
+                          u"16/11/2026 00:45 mndAppDelegate::stringResource:def::1373 Unable to "
+                          "get MISSING"_s));
+}
+
+TEST_F(Host, KnowsTheHomeFolder)
+{
+    start();
+    const QString home = services.home.path();
+    EXPECT_EQ(delegate->getHomeDirectory(), home);
+    EXPECT_EQ(delegate->stringByExpandingTildeInPath(u"~/a~b"_s), home + u"/a"_s + home + u"b"_s)
+        << "every tilde, not only a leading one";
+    EXPECT_TRUE(delegate->isHomeDirectory(home.toUpper()));
+    EXPECT_FALSE(delegate->isHomeDirectory(home + u'/'));
+    EXPECT_FALSE(delegate->isHomeDirectory({}));
+}
+
+#include "MenusTest.moc"

@@ -1,0 +1,191 @@
+#include "host/HostFixture.h"
+#include "platform/ui/ProgressIndicator.h"
+
+#include <QTest>
+
+#include <thread>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Headings and rows below them, in load order: rows 0 Cleaning, 1 FirstOne, 2 Good, 3 to 5 the
+/// empty headings up to System, 6 the status plugin, 7 Online.
+class Navigation : public Host
+{
+protected:
+    void SetUp() override
+    {
+        start({"FirstOne", "Good", "Hidden", "StatusFixture"});
+        window->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+        ASSERT_EQ(list()->numberOfRows(), 8);
+    }
+
+    void click(int row)
+    {
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {},
+                          list()->rectOfRow(row).center().toPoint());
+    }
+
+    SourceListItem *row(int index) const
+    {
+        return qobject_cast<SourceListItem *>(list()->itemAtRow(index));
+    }
+
+    QList<ProgressIndicator *> spinners() const
+    {
+        return list()->viewport()->findChildren<ProgressIndicator *>();
+    }
+};
+
+const QString good = u"plugin.fixture.Good"_s;
+const QString hidden = u"plugin.fixture.Hidden"_s;
+const QString status = u"plugin.status"_s;
+
+} // namespace
+
+TEST_F(Navigation, ShowsThePluginOfTheClickedRow)
+{
+    EXPECT_EQ(shownView(), status);
+    click(2);
+    EXPECT_EQ(shownView(), good);
+    EXPECT_EQ(services.recorder.take(),
+              (QStringList{u"plugin.fixture.FirstOne onViewHide"_s, good + u" onViewHide"_s,
+                           hidden + u" onViewHide"_s, status + u" onViewHide"_s,
+                           good + u" onViewShow"_s}));
+    click(0);
+    EXPECT_EQ(shownView(), good) << "a heading is no plugin";
+    EXPECT_EQ(list()->selectedRowIndexes(), RowIndexes{2});
+}
+
+TEST_F(Navigation, WalksOverHeadingsWithTheArrowKeys)
+{
+    list()->setFocus();
+    QTest::keyClick(list(), Qt::Key_Up);
+    EXPECT_EQ(shownView(), good);
+    QTest::keyClick(list(), Qt::Key_Down);
+    EXPECT_EQ(shownView(), status);
+    QTest::keyClick(list(), Qt::Key_Down);
+    EXPECT_EQ(shownView(), status) << "there is no entry below";
+}
+
+TEST_F(Navigation, ShowsPluginsById)
+{
+    EXPECT_TRUE(delegate->showPlugin(good));
+    EXPECT_EQ(list()->selectedRowIndexes(), RowIndexes{2});
+    EXPECT_EQ(shownView(), good);
+    EXPECT_FALSE(delegate->showPlugin(u"plugin.nobody"_s));
+    EXPECT_EQ(shownView(), good);
+    EXPECT_TRUE(delegate->showPlugin(hidden));
+    EXPECT_EQ(shownView(), hidden);
+    EXPECT_TRUE(list()->selectedRowIndexes().empty());
+    EXPECT_TRUE(delegate->showPlugin(good));
+    EXPECT_EQ(shownView(), good);
+}
+
+TEST_F(Navigation, RefusesWhileASheetShows)
+{
+    delegate->beginModalSheet(nullptr);
+    EXPECT_FALSE(delegate->showPlugin(good));
+    EXPECT_EQ(shownView(), status);
+    delegate->beginModalSheet(nullptr);
+    delegate->endModalSheet(nullptr);
+    EXPECT_TRUE(delegate->showPlugin(good)) << "the second sheet was dropped, not counted";
+    delegate->endModalSheet(nullptr);
+    EXPECT_TRUE(delegate->uiModalShowing()) << "ended once too often: stuck, unguarded";
+    EXPECT_FALSE(delegate->showPlugin(status));
+}
+
+TEST_F(Navigation, ShowsAPluginAgainWithAllItsMessages)
+{
+    services.recorder.take();
+    delegate->plugins()->doDisplayMainViewForPluginById(status, content());
+    EXPECT_EQ(shownView(), status);
+    EXPECT_EQ(services.recorder.take().mid(3),
+              (QStringList{status + u" onViewHide"_s, status + u" onViewShow"_s}));
+    delegate->plugins()->doDisplayMainViewForPluginById(u"plugin.nobody"_s, content());
+    delegate->plugins()->doDisplayMainViewForPluginAtIndex(99, content());
+    EXPECT_TRUE(services.recorder.take().isEmpty());
+    EXPECT_EQ(shownView(), status);
+}
+
+TEST_F(Navigation, TakesTheNumberThatAnIdentifierBeginsWith)
+{
+    row(2)->identifier = u"item.2"_s;
+    click(2);
+    EXPECT_EQ(shownView(), u"plugin.fixture.FirstOne"_s) << "no number displays plugin 0";
+    row(6)->identifier = u"1abc"_s;
+    click(6);
+    EXPECT_EQ(shownView(), good);
+}
+
+TEST_F(Navigation, SetsBadgesAndIconsOnRows)
+{
+    for (const qint64 value : {7LL, -2LL, -1LL}) {
+        delegate->pluginSetBadge(good, static_cast<quint64>(value));
+        EXPECT_EQ(row(2)->badgeValue, value);
+        EXPECT_EQ(row(2)->hasBadge(), value != -1);
+    }
+    QImage icon(16, 16, QImage::Format_ARGB32);
+    icon.fill(Qt::red);
+    delegate->pluginSetIcon(good, icon);
+    EXPECT_EQ(row(2)->icon, icon);
+    delegate->pluginSetIcon(good, {});
+    EXPECT_EQ(row(2)->icon, icon) << "no image changes nothing";
+    delegate->pluginSetIconHighlighted(good, icon);
+    EXPECT_TRUE(row(2)->iconSelected.isNull()) << "only the info dictionary takes it";
+    EXPECT_EQ(
+        mndPlugins::info(delegate->plugins()->pluginWithID(good)).value<QImage>(u"icon-selected"_s),
+        icon);
+    delegate->pluginSetBadge(u"plugin.nobody"_s, 1);
+    delegate->pluginSetIconHighlighted(u"plugin.nobody"_s, icon);
+}
+
+TEST_F(Navigation, SpinsOneSpinnerForARowAndFrame)
+{
+    delegate->pluginSetProcessing(good, true);
+    ASSERT_EQ(spinners().size(), 1);
+    const QRectF cell = list()->frameOfCellAtColumn(0, 2);
+    EXPECT_EQ(spinners()[0]->geometry(),
+              QRectF(cell.right() - 20, cell.y(), cell.height(), cell.height()).toRect());
+    EXPECT_TRUE(spinners()[0]->isVisible());
+    delegate->pluginSetProcessing(good, false);
+    EXPECT_FALSE(spinners()[0]->isVisible());
+    delegate->pluginSetProcessing(good, true);
+    EXPECT_EQ(spinners().size(), 1) << "found again by its frame";
+    delegate->pluginSetProcessing(hidden, true);
+    EXPECT_EQ(spinners().size(), 1) << "a plugin without a row has none";
+
+    list()->parentWidget()->setFixedWidth(300);
+    QTest::qWait(20);
+    delegate->pluginSetProcessing(good, false);
+    ASSERT_EQ(spinners().size(), 2) << "a new one for the new frame";
+    EXPECT_TRUE(spinners()[0]->isVisible()) << "the old one keeps its last state";
+    EXPECT_FALSE(spinners()[1]->isVisible());
+
+    delegate->setAllPluginsProcessing(true);
+    EXPECT_EQ(spinners().size(), 4) << "one for each row";
+}
+
+TEST_F(Navigation, SpinsForOtherThreadsAndLetsThemWait)
+{
+    std::atomic<bool> done = false;
+    std::thread worker([&] {
+        delegate->pluginSetProcessing(good, true);
+        done = true;
+    });
+    QTest::qWait(20);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return done.load(); }));
+    worker.join();
+    EXPECT_EQ(spinners().size(), 1);
+}
+
+TEST_F(Navigation, GivesTheViewsBackWhenTheHostEnds)
+{
+    click(2);
+    EXPECT_EQ(shownView(), good);
+    delegate.reset();
+    const auto *area = window->findChild<QWidget *>(u"pluginViewHost"_s);
+    EXPECT_TRUE(area->findChildren<QWidget *>().isEmpty());
+}

@@ -1,0 +1,241 @@
+#include "host/HostFixture.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QLabel>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Notes when the watched view is shown and hidden.
+class VisibilityNotes : public QObject
+{
+public:
+    VisibilityNotes(QWidget *view, Recorder &recorder)
+        : m_recorder(recorder)
+    {
+        view->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::ShowToParent)
+            m_recorder.note(u"sidebar shown"_s);
+        if (event->type() == QEvent::HideToParent)
+            m_recorder.note(u"sidebar hidden"_s);
+        return false;
+    }
+
+private:
+    Recorder &m_recorder;
+};
+
+/// Interface files of the auxiliary windows that note when they are loaded.
+class NotingInterfaceFiles
+{
+public:
+    explicit NotingInterfaceFiles(Recorder &recorder)
+    {
+        for (const QString &name : m_names) {
+            InterfaceFile::add(name, [&recorder, name] {
+                recorder.note(u"load "_s + name);
+                return std::make_unique<QWidget>();
+            });
+        }
+    }
+    ~NotingInterfaceFiles()
+    {
+        for (const QString &name : m_names)
+            InterfaceFile::remove(name);
+    }
+    Q_DISABLE_COPY_MOVE(NotingInterfaceFiles)
+
+private:
+    const QStringList m_names{u"Welcome"_s, u"slvFeedback"_s, u"About"_s, u"Prefs"_s};
+};
+
+} // namespace
+
+TEST_F(Host, TakesItsStepsInOrder)
+{
+    const NotingInterfaceFiles files(services.recorder);
+    // With no folder for the log file its lines go to the system log, where the recorder sees them.
+    QFile blocked(services.home.filePath(u"Library"_s));
+    ASSERT_TRUE(blocked.open(QIODevice::WriteOnly));
+    services.defaults[u"slvCore.elog"_s] = true;
+    services.addResource(
+        u"en.strings"_s,
+        "SZ_MENU_ABOUT = about; SZ_MENU_WINDOW = win; SZ_HEADING_CLEANING = Cleaning;");
+    services.addFixture(u"Good"_s, services.resources());
+    services.addFixture(u"StatusFixture"_s, services.resources());
+    const VisibilityNotes visibility(list(), services.recorder);
+    QObject::connect(item("miAbout"), &QAction::changed,
+                     [this] { services.recorder.note(u"menu "_s + item("miAbout")->text()); });
+
+    delegate->applicationDidFinishLaunching();
+    QStringList steps = services.recorder.take();
+    // Texts that the miniature language file lacks are many; two of them stand for all.
+    steps.removeIf([](const QString &step) {
+        return step.contains("Unable to get"_L1) && !step.endsWith("SZ_MENU_QUIT"_L1)
+            && !step.endsWith("SZ_HEADING_ONLINE"_L1);
+    });
+    const QString stamp = u"syslog 16/11/2026 00:45 mndAppDelegate::"_s;
+    EXPECT_EQ(steps,
+              (QStringList{
+                  u"resource en.strings"_s,
+                  u"menu about"_s,
+                  stamp + u"stringResource:def::1373 Unable to get SZ_MENU_QUIT\n"_s,
+                  u"load Welcome"_s,
+                  u"load slvFeedback"_s,
+                  u"resource v5-title-blu.svg"_s,
+                  u"resource v5-title-blu.png"_s,
+                  u"resources *.bundle"_s,
+                  u"plugin.fixture.Good initialize Good.bundle"_s,
+                  u"plugin.status initialize StatusFixture.bundle"_s,
+                  stamp + u"stringResource:def::1373 Unable to get SZ_HEADING_ONLINE\n"_s,
+                  stamp + u"showPlugin::216 plugin.status\n"_s,
+                  u"plugin.fixture.Good onViewHide"_s,
+                  u"plugin.status onViewHide"_s,
+                  u"plugin.status onViewShow"_s,
+                  u"load About"_s,
+                  u"load Prefs"_s,
+                  u"sidebar hidden"_s,
+                  u"after 0.1"_s,
+                  stamp + u"applicationDidFinishLaunching::847 Loaded v512 (2)\n"_s,
+              }));
+    EXPECT_TRUE(item("miExtendedLoggingEnable")->isChecked());
+
+    services.runScheduled();
+    EXPECT_EQ(services.recorder.take(),
+              (QStringList{u"plugin.fixture.Good onAllPluginsLoaded"_s,
+                           u"plugin.status onAllPluginsLoaded"_s, u"later"_s, u"after 0.1"_s,
+                           u"sidebar shown"_s}));
+}
+
+TEST_F(Host, LocalisesItsMenusAndKeepsDesignedTitlesOtherwise)
+{
+    services.addResource(u"en.strings"_s,
+                         "SZ_MENU_PREFS = one; SZ_MENU_WINDOW = two; SZ_MENU_HELP = three;"
+                         "SZ_REVEAL_LOG = four;");
+    const QString quit = item("miQuit")->text();
+    const QString windowEntry = item("miWindow")->text();
+    start();
+    EXPECT_EQ(item("miPrefs")->text(), u"one"_s);
+    EXPECT_EQ(item("miQuit")->text(), quit);
+    EXPECT_EQ(item("miExtendedLogging")->text(), u"Extended logging"_s);
+    EXPECT_EQ(item("miExtendedLoggingEnable")->text(), u"Enable extended logging"_s);
+    EXPECT_EQ(item("miExtendedLoggingSend")->text(), u"four"_s);
+    const auto topLevel = delegate->window()->menuBar()->actions();
+    ASSERT_EQ(topLevel.size(), 3);
+    EXPECT_EQ(topLevel[1]->menu()->title(), u"two"_s);
+    EXPECT_EQ(item("miWindow")->text(), windowEntry) << "the entry itself is not retitled";
+    EXPECT_EQ(topLevel[2]->menu()->title(), u"three"_s);
+    EXPECT_EQ(item("miHelp")->text(), u"three"_s);
+}
+
+TEST_F(Host, EndsWithAFatalAlertWhenThereAreNoTexts)
+{
+    struct Case
+    {
+        const char *english; ///< content of en.strings; null for no file
+        const char *title;
+    };
+    for (const Case &c : {Case{nullptr, "Fatal error (1)"},
+                          {"( a, list )", "Fatal error (2)"},
+                          {"{ broken", "Fatal error (2)"}}) {
+        SCOPED_TRACE(c.title);
+        QFile::remove(services.resources() + u"/en.strings"_s);
+        if (c.english)
+            services.addResource(u"en.strings"_s, c.english);
+        delegate->applicationDidFinishLaunching();
+        const QStringList events = services.recorder.take();
+        ASSERT_GE(events.size(), 2);
+        EXPECT_EQ(events[events.size() - 2],
+                  QLatin1StringView(c.title).toString().prepend(u"alert "_s)
+                      + u"|Unable to load language file.  Please re-install Solvane and if the "
+                        "problem persists visit https://www.solvane.example/support|OK|"_s);
+        EXPECT_EQ(events.last(), u"exit 0"_s);
+    }
+}
+
+TEST_F(Host, ShowsTheFiveHeadingsWithoutAnyPlugin)
+{
+    start();
+    EXPECT_EQ(list()->numberOfRows(), 5);
+    EXPECT_TRUE(list()->selectedRowIndexes().empty());
+    EXPECT_TRUE(shownView().isEmpty());
+    for (int row = 0; row < 5; ++row)
+        EXPECT_FALSE(delegate->sourceListIsItemExpandable(list(), list()->itemAtRow(row)));
+    EXPECT_FALSE(list()->isHidden());
+}
+
+TEST_F(Host, PutsTheMarkIntoTheMiddleOfTheTitleRow)
+{
+    window->resize(900, 600);
+    start();
+    const auto *title =
+        window->findChild<QMenuBar *>()->findChild<QWidget *>({}, Qt::FindDirectChildrenOnly);
+    ASSERT_NE(title, nullptr);
+    const auto *mark = window->findChild<QMenuBar *>()->findChild<QLabel *>();
+    ASSERT_NE(mark, nullptr);
+    EXPECT_EQ(mark->geometry(), QRect(440, 1, 20, 20));
+    EXPECT_EQ(mark->parentWidget()->size(), QSize(900, 50));
+}
+
+TEST_F(Host, StartsWithoutAWindow)
+{
+    window.reset();
+    services.addFixture(u"Hidden"_s, services.resources());
+    start({"StatusFixture"});
+    EXPECT_TRUE(delegate->showPlugin(u"plugin.status"_s));
+    EXPECT_TRUE(delegate->showPlugin(u"plugin.fixture.Hidden"_s));
+    delegate->showMainWindow();
+    delegate->uiMaximize();
+    delegate->uiRestore();
+    delegate->pluginSetProcessing(u"plugin.status"_s, true);
+    delegate->windowShouldClose(nullptr);
+    EXPECT_EQ(delegate->uiSystemStatusView(), nullptr);
+}
+
+TEST_F(Host, OutlivesItsWindow)
+{
+    start({"StatusFixture", "Good"});
+    EXPECT_EQ(shownView(), u"plugin.status"_s);
+    window.reset();
+    EXPECT_TRUE(delegate->showPlugin(u"plugin.fixture.Good"_s));
+    delegate->pluginSetBadge(u"plugin.status"_s, 3);
+    delegate->setAllPluginsProcessing(true);
+    delegate->applicationShouldHandleReopen(nullptr, false);
+}
+
+TEST_F(Host, AnswersAPluginThatCallsEverythingFromItsInitialiser)
+{
+    services.addFixture(u"CallsEverything"_s, services.resources());
+    delegate->applicationDidFinishLaunching();
+    QCoreApplication::processEvents();
+    services.runScheduled();
+    const QStringList events = services.recorder.take();
+    EXPECT_TRUE(events.contains(u"6 2 v512"_s));
+    EXPECT_TRUE(events.contains(u"called everything"_s));
+    EXPECT_TRUE(delegate->plugins()->listContainsID(u"plugin.fixture.CallsEverything"_s));
+    EXPECT_FALSE(delegate->uiModalShowing());
+}
+
+TEST_F(Host, TellsPluginsThroughTheirDeclaredRolesOnly)
+{
+    start({"Good", "NotADelegate", "ThrowsInCallbacks"});
+    delegate->signalAllPlugins(Selector(u"ping"_s));
+    delegate->signalAllPlugins(Selector(u"onViewHide"_s));
+    delegate->signalAllPlugins(Selector(u"unknown"_s));
+    EXPECT_EQ(
+        services.recorder.take(),
+        (QStringList{u"plugin.fixture.Good ping"_s, u"plugin.fixture.ThrowsInCallbacks ping"_s,
+                     u"plugin.fixture.Good onViewHide"_s,
+                     u"plugin.fixture.ThrowsInCallbacks onViewHide"_s}));
+    delegate.reset();
+    EXPECT_EQ(services.recorder.take(),
+              (QStringList{u"plugin.fixture.ThrowsInCallbacks destroyed"_s,
+                           u"plugin.fixture.Good destroyed"_s}));
+}
