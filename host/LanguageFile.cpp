@@ -9,14 +9,19 @@ using namespace Qt::StringLiterals;
 LanguageFile LanguageFile::load(const Bundle &bundle, const QString &preferredLanguage)
 {
     LanguageFile file;
-    const QString english = bundle.pathForResource(u"en"_s, u"strings"_s);
-    QString found = bundle.pathForResource(preferredLanguage, u"strings"_s);
+    const auto pathOf = [&](const QString &language) {
+        return bundle.pathForResource(language, u"strings"_s);
+    };
+    QString found = pathOf(preferredLanguage);
     if (found.isNull())
-        found = english;
+        found = pathOf(u"en"_s);
     if (found.isNull())
         return file;
-    const bool loaded =
-        file.read(found) || (!english.isNull() && english != found && file.read(english));
+    bool loaded = file.read(found);
+    if (!loaded) {
+        const QString english = pathOf(u"en"_s);
+        loaded = !english.isNull() && english != found && file.read(english);
+    }
     file.m_outcome = loaded ? Outcome::Loaded : Outcome::Unreadable;
     return file;
 }
