@@ -47,6 +47,7 @@ PXSourceList::PXSourceList(QWidget *parent)
     : OutlineView(parent)
 {
     setRowHeight(usualRowHeight);
+    setIndentationPerLevel(0); // the icons indent the entries enough
     PXSL_setup();
 }
 

@@ -3,10 +3,12 @@
 
 #include <QPainter>
 #include <QPainterPath>
+#include <QScrollBar>
 
 namespace {
 
 constexpr qreal triangleSize = 8;
+constexpr qreal disclosureWidth = 14;
 constexpr qreal selectionMargin = 6;
 constexpr qreal selectionRadius = 6;
 constexpr int textPixelSize = 13;
@@ -50,7 +52,7 @@ QRectF OutlineView::baseFrameOfCell(int row) const
 {
     QRectF frame = rectOfRow(row);
     if (!frame.isEmpty())
-        frame.setLeft((levelForRow(row) + 1) * m_indentationPerLevel);
+        frame.setLeft(levelForRow(row) * m_indentationPerLevel + disclosureWidth);
     return frame;
 }
 
@@ -60,7 +62,7 @@ QRectF OutlineView::baseFrameOfOutlineCell(int row) const
         return {};
     QRectF frame = rectOfRow(row);
     frame.setLeft(levelForRow(row) * m_indentationPerLevel);
-    frame.setWidth(std::max(m_indentationPerLevel, triangleSize));
+    frame.setWidth(disclosureWidth);
     return frame;
 }
 
@@ -78,6 +80,18 @@ void OutlineView::scrollRowToVisible(int row)
 {
     if (const OutlineNode *node = nodeAtRow(row))
         scrollTo(m_model->indexOfNode(node));
+}
+
+/// Qt's own leaves the last line of pixels of a row outside, and has other hints that nobody needs.
+void OutlineView::scrollTo(const QModelIndex &index, ScrollHint)
+{
+    executeDelayedItemsLayout();
+    const QRect rect = visualRect(index);
+    if (rect.isEmpty())
+        return;
+    const int below = rect.bottom() + 1 - viewport()->height();
+    const int distance = rect.top() < 0 || below > rect.top() ? rect.top() : std::max(0, below);
+    verticalScrollBar()->setValue(verticalScrollBar()->value() + distance);
 }
 
 OutlineViewCell OutlineView::dataCellForRow(int)

@@ -253,7 +253,7 @@ void OutlineView::setMenu(QMenu *menu)
 void OutlineView::editRow(int row)
 {
     if (const OutlineNode *node = nodeAtRow(row))
-        QTreeView::edit(m_model->indexOfNode(node));
+        edit(m_model->indexOfNode(node), AllEditTriggers, nullptr);
 }
 
 int OutlineView::editedRow() const

@@ -84,6 +84,7 @@ public:
     /// Where the disclosure triangle is; empty for rows without one.
     virtual QRectF frameOfOutlineCellAtRow(int row);
     void scrollRowToVisible(int row);
+    void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
 
     /// The view's own cell for a row, and the one that the delegate has had its say in.
     virtual OutlineViewCell dataCellForRow(int row);

@@ -149,12 +149,6 @@ bool OutlineModel::hasChildren(const QModelIndex &parent) const
     return node->isLoaded ? !node->children.empty() : node->isExpandable;
 }
 
-bool OutlineModel::canFetchMore(const QModelIndex &parent) const
-{
-    const OutlineNode *node = nodeForIndex(parent);
-    return node->isExpandable && !node->isLoaded;
-}
-
 QVariant OutlineModel::data(const QModelIndex &index, int role) const
 {
     const OutlineNode *node = nodeForIndex(index);

@@ -1,0 +1,147 @@
+#pragma once
+
+#include "platform/ui/OutlineView.h"
+
+#include <QTest>
+
+#include <functional>
+
+using namespace Qt::StringLiterals;
+
+/// An item of a tree, named by its object name, with its children as QObject children.
+inline QObject *makeItem(const QString &name, QObject *parent)
+{
+    auto *item = new QObject(parent);
+    item->setObjectName(name);
+    return item;
+}
+
+/// Data source and delegate over a tree of objects, which writes down what it is told.
+class OutlineTree : public QObject, public OutlineViewDataSource, public OutlineViewDelegate
+{
+    Q_OBJECT
+    Q_INTERFACES(OutlineViewDataSource OutlineViewDelegate)
+
+public:
+    QObject root;
+    QStringList log;
+    QList<QObject *> refused; ///< Neither selected, opened, closed nor edited.
+    std::function<void()> whenAsked;
+    std::function<RowIndexes(const RowIndexes &)> proposal;
+    QByteArray pasteboard; ///< Written for drags, unless empty.
+    Qt::DropAction dropAction = Qt::IgnoreAction;
+
+    /// "A(a b) B(c)": items at the top with their children.
+    explicit OutlineTree(const QString &tree)
+    {
+        for (const QString &group : tree.split(u')', Qt::SkipEmptyParts)) {
+            const QStringList parts = group.trimmed().split(u'(');
+            QObject *top = makeItem(parts[0], &root);
+            for (const QString &name : parts[1].split(u' ', Qt::SkipEmptyParts))
+                makeItem(name, top);
+        }
+    }
+    QObject *item(const QString &name) const { return root.findChild<QObject *>(name); }
+    QStringList takeLog() { return std::exchange(log, {}); }
+
+    int outlineViewNumberOfChildrenOfItem(OutlineView *, OutlineItem item) override
+    {
+        return int((item ? item : &root)->children().size());
+    }
+    OutlineItem outlineViewChild(OutlineView *, int index, OutlineItem item) override
+    {
+        if (whenAsked)
+            std::exchange(whenAsked, nullptr)();
+        return (item ? item : &root)->children().value(index);
+    }
+    bool outlineViewIsItemExpandable(OutlineView *, OutlineItem item) override
+    {
+        return !item->children().isEmpty();
+    }
+    QVariant outlineViewObjectValueForTableColumn(OutlineView *, int, OutlineItem item) override
+    {
+        return item->objectName();
+    }
+    void outlineViewSetObjectValue(OutlineView *, const QVariant &value, int,
+                                   OutlineItem item) override
+    {
+        item->setObjectName(value.toString());
+    }
+    bool outlineViewWriteItems(OutlineView *, const QList<OutlineItem> &items,
+                               QMimeData *data) override
+    {
+        QStringList names;
+        for (const OutlineItem item : items)
+            names << item->objectName();
+        log << u"write "_s + names.join(u' ');
+        data->setData(u"text/plain"_s, pasteboard);
+        return !pasteboard.isEmpty();
+    }
+    Qt::DropAction outlineViewValidateDrop(OutlineView *, const QDropEvent *, OutlineItem item,
+                                           int index) override
+    {
+        log << describe(u"validate"_s, item, index);
+        return dropAction;
+    }
+    bool outlineViewAcceptDrop(OutlineView *, const QDropEvent *, OutlineItem item,
+                               int index) override
+    {
+        log << describe(u"accept"_s, item, index);
+        return true;
+    }
+
+    bool outlineViewShouldExpandItem(OutlineView *, OutlineItem item) override { return may(item); }
+    bool outlineViewShouldCollapseItem(OutlineView *, OutlineItem item) override
+    {
+        return may(item);
+    }
+    bool outlineViewShouldSelectItem(OutlineView *, OutlineItem item) override { return may(item); }
+    bool outlineViewShouldEditTableColumn(OutlineView *, int, OutlineItem item) override
+    {
+        return may(item);
+    }
+    RowIndexes outlineViewSelectionIndexesForProposedSelection(OutlineView *,
+                                                               const RowIndexes &rows) override
+    {
+        return proposal ? proposal(rows) : rows;
+    }
+    void outlineViewSelectionIsChanging(const Notification &) override { log << u"changing"_s; }
+    void outlineViewSelectionDidChange(const Notification &) override { log << u"changed"_s; }
+    void outlineViewItemWillExpand(const Notification &n) override { told(u"will open "_s, n); }
+    void outlineViewItemDidExpand(const Notification &n) override { told(u"opened "_s, n); }
+    void outlineViewItemWillCollapse(const Notification &n) override { told(u"will close "_s, n); }
+    void outlineViewItemDidCollapse(const Notification &n) override { told(u"closed "_s, n); }
+
+private:
+    static QString describe(const QString &what, OutlineItem item, int index)
+    {
+        return u"%1 %2 %3"_s.arg(what, item ? item->objectName() : u"root"_s).arg(index);
+    }
+    bool may(OutlineItem item) const { return !refused.contains(item); }
+    void told(const QString &what, const Notification &notification)
+    {
+        log << what + notification.userInfo.value<QObject *>(u"item"_s)->objectName();
+    }
+};
+
+/// The names of the rows, with the selected ones in brackets: "A [a] b B".
+inline QString rowsOf(const OutlineView &view)
+{
+    QStringList names;
+    for (int row = 0; row < view.numberOfRows(); ++row) {
+        const QObject *item = view.itemAtRow(row);
+        const QString name = item ? item->objectName() : u"?"_s;
+        names << (view.isRowSelected(row) ? u"["_s + name + u"]"_s : name);
+    }
+    return names.join(u' ');
+}
+
+inline QPoint middleOfRow(const OutlineView &view, int row)
+{
+    return view.rectOfRow(row).center().toPoint();
+}
+
+inline void click(OutlineView &view, int row, Qt::KeyboardModifiers modifiers = {})
+{
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, modifiers, middleOfRow(view, row));
+}

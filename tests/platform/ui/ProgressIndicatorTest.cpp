@@ -1,0 +1,77 @@
+#include "platform/ui/ProgressIndicator.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QProxyStyle>
+#include <QTest>
+
+namespace {
+
+class MotionStyle : public QProxyStyle
+{
+public:
+    int duration = 200;
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *result) const override
+    {
+        return hint == SH_Widget_Animation_Duration
+            ? duration
+            : QProxyStyle::styleHint(hint, option, widget, result);
+    }
+};
+
+} // namespace
+
+TEST(ProgressIndicator, TurnsOnlyWhileItIsSeen)
+{
+    MotionStyle style;
+    QWidget window;
+    auto *spinner = new ProgressIndicator(&window);
+    spinner->setStyle(&style);
+    window.show();
+    EXPECT_FALSE(spinner->isTurning());
+    spinner->startAnimation();
+    EXPECT_TRUE(spinner->isTurning());
+    spinner->hide();
+    EXPECT_FALSE(spinner->isTurning());
+    spinner->show();
+    EXPECT_TRUE(spinner->isTurning());
+    window.setWindowState(Qt::WindowMinimized);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(spinner->isTurning());
+    window.setWindowState(Qt::WindowNoState);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(spinner->isTurning());
+    window.hide();
+    EXPECT_FALSE(spinner->isTurning());
+    window.show();
+    spinner->stopAnimation();
+    EXPECT_FALSE(spinner->isTurning());
+    style.duration = 0;
+    spinner->startAnimation();
+    EXPECT_TRUE(spinner->isAnimating());
+    EXPECT_FALSE(spinner->isTurning());
+}
+
+TEST(ProgressIndicator, DrawsSmallAndInTheMiddle)
+{
+    for (const QSize size : {QSize(17, 17), QSize(60, 40), QSize(8, 8)}) {
+        ProgressIndicator spinner;
+        spinner.resize(size);
+        QImage image(size, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        spinner.render(&image, {}, {}, {});
+        QRect drawn;
+        for (int y = 0; y < size.height(); ++y) {
+            for (int x = 0; x < size.width(); ++x) {
+                if (image.pixelColor(x, y).alpha() > 0)
+                    drawn |= QRect(x, y, 1, 1);
+            }
+        }
+        const int expected = std::min({16, size.width(), size.height()});
+        EXPECT_NEAR(drawn.width(), expected, 2);
+        EXPECT_NEAR(drawn.height(), expected, 2);
+        EXPECT_LE((drawn.center() - image.rect().center()).manhattanLength(), 1);
+    }
+}

@@ -1,0 +1,273 @@
+#include "tests/sourcelist/SourceListTree.h"
+
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QContextMenuEvent>
+#include <QHelpEvent>
+#include <QMenu>
+#include <QToolTip>
+
+/// A shown list of "A(a b) B() C(c d)", always open: rows A a b B C c d.
+class PXSourceListTest : public testing::Test
+{
+protected:
+    BadgedTree tree{u"A(a b) B() C(c d)"_s};
+    SourceDelegate delegate;
+    PXSourceList list;
+
+    PXSourceListTest()
+    {
+        list.setDelegate(&delegate);
+        list.setDataSource(&tree);
+        list.resize(200, 300);
+        list.show();
+        delegate.log.clear();
+    }
+};
+
+TEST_F(PXSourceListTest, HeadingsAreNeverSelected)
+{
+    EXPECT_EQ(rowsOf(list), u"A a b B C c d");
+    click(list, 0);
+    EXPECT_EQ(list.selectedRow(), -1);
+    click(list, 1);
+    EXPECT_EQ(delegate.takeLog(), (QStringList{u"SelectionIsChanging"_s, u"SelectionDidChange"_s}));
+    click(list, 4);
+    QTest::keyClick(&list, Qt::Key_C); // begins the heading's title as well
+    EXPECT_EQ(rowsOf(list), u"A a b B C [c] d");
+    delegate.log.clear();
+    list.selectRowIndexes({3}, false);
+    list.selectRowIndexes({}, false); // an empty request does not clear
+    list.selectRowIndexes({-1, 7}, false);
+    EXPECT_EQ(rowsOf(list), u"A a b B C [c] d");
+    EXPECT_TRUE(delegate.takeLog().isEmpty());
+    list.selectRowIndexes({0, 2}, false);
+    EXPECT_EQ(rowsOf(list), u"A a [b] B C c d");
+    EXPECT_EQ(delegate.takeLog(), QStringList{u"SelectionDidChange"_s});
+    list.deselectAll();
+    EXPECT_EQ(list.selectedRow(), -1);
+}
+
+TEST_F(PXSourceListTest, HeadingsThatStayOpenCannotBeClosed)
+{
+    list.selectRowIndexes({1}, false);
+    delegate.log.clear();
+    for (const qreal x : {2.0, 7.0, 50.0})
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, {int(x), 10});
+    QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, {50, 10});
+    for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Minus})
+        QTest::keyClick(&list, key);
+    list.collapseItem(tree.item(u"A"_s));
+    EXPECT_EQ(rowsOf(list), u"A [a] b B C c d");
+    EXPECT_TRUE(delegate.takeLog().isEmpty());
+
+    delegate.keepsGroupsOpen = false;
+    const QPoint triangle = list.frameOfOutlineCellAtRow(0).center().toPoint();
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, triangle);
+    EXPECT_EQ(rowsOf(list), u"A B C c d");
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, triangle);
+    EXPECT_EQ(rowsOf(list), u"A a b B C c d");
+    EXPECT_EQ(delegate.takeLog(),
+              (QStringList{u"ItemWillCollapse A"_s, u"ItemDidCollapse A"_s, u"SelectionDidChange"_s,
+                           u"ItemWillExpand A"_s, u"ItemDidExpand A"_s}));
+}
+
+TEST_F(PXSourceListTest, ArrowKeysStepOverHeadings)
+{
+    struct Case
+    {
+        int from;
+        Qt::Key key;
+        int to;
+    };
+    for (const Case &c :
+         {Case{1, Qt::Key_Down, 2}, Case{2, Qt::Key_Down, 5}, Case{5, Qt::Key_Up, 2},
+          Case{6, Qt::Key_Up, 5}, Case{1, Qt::Key_Up, 1}, Case{6, Qt::Key_Down, 6}}) {
+        SCOPED_TRACE(testing::Message() << c.from << " " << c.key);
+        list.selectRowIndexes({c.from}, false);
+        delegate.log.clear();
+        QTest::keyClick(&list, c.key);
+        EXPECT_EQ(list.selectedRowIndexes(), RowIndexes{c.to});
+        // Past either end the row that does not exist is asked for all the same, without effect.
+        EXPECT_EQ(delegate.log.size(), c.from == c.to ? 0 : 1);
+    }
+    list.setAllowsMultipleSelection(true);
+    list.selectRowIndexes({2}, false);
+    QTest::keyClick(&list, Qt::Key_Down, Qt::ShiftModifier);
+    EXPECT_EQ(rowsOf(list), u"A a [b] B C [c] d");
+    QTest::keyClick(&list, Qt::Key_Up); // with two rows it is the outline view's key
+    EXPECT_EQ(rowsOf(list), u"A a [b] B C c d");
+}
+
+TEST_F(PXSourceListTest, DeleteKeysAreOnlyTold)
+{
+    const auto press = [this](int key, const QString &text) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, text);
+        QCoreApplication::sendEvent(&list, &event);
+    };
+    press(Qt::Key_Backspace, u"\b"_s);
+    EXPECT_TRUE(delegate.log.isEmpty()); // nothing is selected
+    list.setAllowsMultipleSelection(true);
+    list.selectRowIndexes({1, 5}, false);
+    delegate.log.clear();
+    press(Qt::Key_Backspace, u"\b"_s);
+    press(Qt::Key_Delete, u"\x7F"_s);
+    press(Qt::Key_unknown, u"\x7F"_s);
+    press(Qt::Key_Backspace, {}); // no character
+    EXPECT_EQ(delegate.takeLog(), QStringList(3, u"DeleteKeyPressedOnRows"_s));
+    EXPECT_EQ(delegate.deletedRows, (RowIndexes{1, 5}));
+    EXPECT_EQ(list.numberOfRows(), 7);
+}
+
+TEST_F(PXSourceListTest, ReloadMovesTheSelectionOffHeadings)
+{
+    struct Case
+    {
+        const char *title;
+        const char *tree;
+        bool allowsEmpty;
+        const char *selected; // an entry...
+        const char *raised;   // ...that becomes a heading, if any
+        const char *afterwards;
+    };
+    // An entry becomes a heading when it moves to the top level, where it ends up last.
+    const Case cases[] = {
+        {"nothing selected", "A(a)", true, "", "", "A a"},
+        {"nothing selected, must be", "A() B(a b)", false, "", "", "A B [a] b"},
+        {"nothing to select", "A() B()", false, "", "", "A B"},
+        {"entry stays", "A(a b)", true, "b", "", "A a [b]"},
+        {"entry above", "A(a b) B(c)", true, "b", "b", "A a B [c] b"},
+        {"headings above", "A(a b) B()", true, "a", "a", "A [b] B a"},
+        {"nothing but headings above", "A() B(a)", true, "a", "a", "A B a"},
+        {"row 0", "A(a)", true, "a", "a", "a"},
+        {"entry below is not looked for", "A(a b)", true, "a", "a", "a A b"},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.title);
+        SourceTree moving(QString::fromLatin1(c.tree));
+        PXSourceList moved;
+        moved.setDelegate(&delegate);
+        moved.setDataSource(&moving);
+        QObject *selected = moving.item(QString::fromLatin1(c.selected));
+        if (*c.selected)
+            moved.selectRowIndexes({moved.rowForItem(selected)}, false);
+        if (*c.raised)
+            selected->setParent(&moving.root);
+        const QString wanted = QString::fromLatin1(c.afterwards);
+        if (*c.raised && wanted.startsWith(selected->objectName())) {
+            // Headings after it come back behind it.
+            const QObjectList others = moving.root.children();
+            for (QObject *other : others) {
+                if (other == selected)
+                    continue;
+                other->setParent(nullptr);
+                if (wanted.contains(other->objectName()))
+                    other->setParent(&moving.root);
+                else
+                    delete other;
+            }
+        }
+        moved.setAllowsEmptySelection(c.allowsEmpty);
+        moved.reloadData();
+        EXPECT_EQ(rowsOf(moved), wanted);
+    }
+}
+
+TEST_F(PXSourceListTest, AsksForTheNumberOfGroupsAfterEachOne)
+{
+    class Shrinking : public SourceTree
+    {
+    public:
+        using SourceTree::SourceTree;
+        int count = 3;
+        int asked = 0;
+        int sourceListNumberOfChildrenOfItem(PXSourceList *l, OutlineItem item) override
+        {
+            const int all = SourceTree::sourceListNumberOfChildrenOfItem(l, item);
+            return item ? all : (++asked, std::min(all, count));
+        }
+        OutlineItem sourceListChild(PXSourceList *l, int index, OutlineItem item) override
+        {
+            if (!item && asked > 1)
+                count = 1; // from the first step of the opening on
+            return SourceTree::sourceListChild(l, index, item);
+        }
+    };
+    Shrinking shrinking(u"A(a) B(b) C(c)"_s);
+    PXSourceList shrunk;
+    shrunk.setDelegate(&delegate);
+    shrunk.setDataSource(&shrinking);
+    EXPECT_EQ(rowsOf(shrunk), u"A a B C");
+}
+
+TEST_F(PXSourceListTest, SubscribesOnlyTheCurrentDelegate)
+{
+    class Partial : public QObject
+    { };
+    SourceDelegate next;
+    list.setDelegate(&next);
+    click(list, 1);
+    EXPECT_TRUE(delegate.log.isEmpty());
+    EXPECT_EQ(next.takeLog().size(), 2);
+    next.whenSelected = [] { throw 1; }; // dropped
+    click(list, 2);
+    list.setDelegate(nullptr);
+    click(list, 1);
+    EXPECT_EQ(next.takeLog().size(), 2);
+
+    auto gone = std::make_unique<SourceDelegate>();
+    auto goneTree = std::make_unique<SourceTree>(u"X(x y)"_s);
+    list.setDelegate(gone.get());
+    list.setDataSource(goneTree.get());
+    click(list, 1);
+    gone.reset();
+    click(list, 2);
+    QTest::keyClick(&list, Qt::Key_Up);
+    goneTree.reset();
+    list.viewport()->grab();
+    click(list, 2);
+    list.reloadData();
+    EXPECT_EQ(list.numberOfRows(), 0);
+    EXPECT_EQ(list.dataSource(), nullptr);
+
+    // A list that is gone has unsubscribed its delegate from whatever it would post.
+    auto other = std::make_unique<PXSourceList>();
+    other->setDelegate(&delegate);
+    delegate.log.clear();
+    other.reset();
+    EXPECT_TRUE(delegate.log.isEmpty());
+}
+
+TEST_F(PXSourceListTest, OffersTheDelegatesMenu)
+{
+    QMenu own;
+    QMenu theirs;
+    list.setMenu(&own);
+    const QPoint onB = list.rectOfRow(2).center().toPoint();
+    for (QMenu *menu : {static_cast<QMenu *>(nullptr), &theirs}) {
+        delegate.menu = menu;
+        QContextMenuEvent event(QContextMenuEvent::Mouse, onB, onB);
+        EXPECT_EQ(list.menuForEvent(&event), menu ? menu : &own);
+        EXPECT_EQ(delegate.askedForMenu, tree.item(u"b"_s));
+    }
+}
+
+TEST_F(PXSourceListTest, SpeaksTitlesAndBadges)
+{
+    tree.item(u"a"_s)->badge = 12;
+    QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(&list);
+    // Qt counts the header, hidden as it is, as the first child.
+    EXPECT_EQ(accessible->child(2)->text(QAccessible::Name), u"a, 12");
+    EXPECT_EQ(accessible->child(3)->text(QAccessible::Name), u"b");
+    const auto toolTip = [this](int row) {
+        const QPoint position = list.rectOfRow(row).center().toPoint();
+        QHelpEvent event(QEvent::ToolTip, position, list.viewport()->mapToGlobal(position));
+        QCoreApplication::sendEvent(list.viewport(), &event);
+        return QToolTip::text();
+    };
+    const QString longTitle = QString(60, u'x');
+    tree.item(u"c"_s)->setObjectName(longTitle);
+    EXPECT_EQ(toolTip(1), QString());
+    EXPECT_EQ(toolTip(5), longTitle);
+}
