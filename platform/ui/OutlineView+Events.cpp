@@ -164,10 +164,8 @@ void OutlineView::keyboardSearch(const QString &search)
 void OutlineView::mousePressEvent(QMouseEvent *event)
 {
     endTracking();
-    if (event->button() != Qt::LeftButton) {
-        event->ignore(); // another button selects nothing; a menu comes with an event of its own
-        return;
-    }
+    if (event->button() != Qt::LeftButton)
+        return; // another button selects nothing; a menu comes with an event of its own
     const int row = rowAtPoint(event->position());
     OutlineItem item = itemAtRow(row);
     if (item && frameOfOutlineCellAtRow(row).contains(event->position())) {

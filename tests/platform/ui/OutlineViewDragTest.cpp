@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QDrag>
 #include <QDragEnterEvent>
+#include <QTimer>
 
 /// Rows A a b B c, of 24 pixels each.
 class OutlineViewDragTest : public testing::Test
@@ -64,4 +66,22 @@ TEST_F(OutlineViewDragTest, TakesNothingElse)
     tree.log.clear();
     EXPECT_FALSE(drop(12));
     EXPECT_TRUE(tree.log.isEmpty());
+}
+
+TEST_F(OutlineViewDragTest, DragsTheSelectedRowsTogether)
+{
+    tree.pasteboard = "written";
+    view.setAllowsMultipleSelection(true);
+    view.selectRowIndexes({1, 4}, false);
+    tree.log.clear();
+    const QPoint from = middleOfRow(view, 4);
+    QTest::mousePress(view.viewport(), Qt::LeftButton, {}, from);
+    EXPECT_EQ(view.numberOfSelectedRows(), 2); // until the release, which now does not come
+    QTimer::singleShot(0, &view, [] { QDrag::cancel(); });
+    const QPoint to = middleOfRow(view, 2);
+    QMouseEvent move(QEvent::MouseMove, to, view.viewport()->mapToGlobal(to), Qt::NoButton,
+                     Qt::LeftButton, {});
+    QCoreApplication::sendEvent(view.viewport(), &move);
+    EXPECT_EQ(tree.takeLog(), (QStringList{u"write a c"_s, u"begin 2"_s, u"ended 0"_s}));
+    EXPECT_EQ(rowsOf(view), u"A [a] b B [c]");
 }

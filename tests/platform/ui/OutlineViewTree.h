@@ -77,6 +77,16 @@ public:
         data->setData(u"text/plain"_s, pasteboard);
         return !pasteboard.isEmpty();
     }
+    void outlineViewDraggingSessionWillBeginAtPoint(OutlineView *, QDrag *, QPointF,
+                                                    const QList<OutlineItem> &items) override
+    {
+        log << u"begin %1"_s.arg(items.size());
+    }
+    void outlineViewDraggingSessionEndedAtPoint(OutlineView *, QDrag *, QPointF,
+                                                Qt::DropAction action) override
+    {
+        log << u"ended %1"_s.arg(action);
+    }
     Qt::DropAction outlineViewValidateDrop(OutlineView *, const QDropEvent *, OutlineItem item,
                                            int index) override
     {
