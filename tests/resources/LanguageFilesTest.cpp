@@ -1,0 +1,153 @@
+#include "platform/foundation/PropertyList.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QMap>
+#include <QRegularExpression>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString root = QStringLiteral(SOLVANE_SOURCE_DIR);
+
+QString languageFile(const QString &language)
+{
+    return root + u"/resources/languages/"_s + language + u".strings"_s;
+}
+
+QVariantMap texts(const QString &language)
+{
+    const Result<QVariant> file = PropertyList::read(languageFile(language));
+    EXPECT_TRUE(file.ok()) << qPrintable(language) << ": " << qPrintable(file.error());
+    return file.ok() ? file.value().toMap() : QVariantMap();
+}
+
+QString contentOf(const QString &path)
+{
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(path);
+    return QString::fromUtf8(file.readAll());
+}
+
+/// All matches of the pattern's first group, in order.
+QStringList captures(const QString &pattern, const QString &text)
+{
+    const QRegularExpression expression(pattern, QRegularExpression::MultilineOption);
+    QStringList result;
+    for (auto matches = expression.globalMatch(text); matches.hasNext();)
+        result += matches.next().captured(1);
+    return result;
+}
+
+QStringList placeholders(const QVariant &text)
+{
+    return captures(u"(%(?:@|[diuxX%]|l[du]|02[xX]|1\\.1f))"_s, text.toString());
+}
+
+/// Source and interface files of everything that is shipped.
+QStringList sources()
+{
+    QStringList result;
+    for (const QString &folder : {u"app"_s, u"host"_s, u"aux_windows"_s, u"helpers"_s,
+                                  u"plugin_host"_s, u"sourcelist"_s, u"platform"_s, u"plugins"_s}) {
+        QDirIterator files(root + u'/' + folder, {u"*.h"_s, u"*.cpp"_s, u"*.ui"_s}, QDir::Files,
+                           QDirIterator::Subdirectories);
+        while (files.hasNext())
+            result += files.next();
+    }
+    return result;
+}
+
+class LanguageFile : public testing::TestWithParam<const char *>
+{
+protected:
+    const QString language = QString::fromUtf8(GetParam());
+    const QVariantMap english = texts(u"en"_s);
+    const QVariantMap translated = texts(language);
+};
+
+TEST_P(LanguageFile, HasTheKeysOfTheEnglishFile)
+{
+    ASSERT_GT(english.size(), 50);
+    EXPECT_EQ(translated.keys().join(u' ').toStdString(), english.keys().join(u' ').toStdString());
+}
+
+TEST_P(LanguageFile, HasEachKeyOnce)
+{
+    QStringList written = captures(u"^\"([^\"]+)\" = "_s, contentOf(languageFile(language)));
+    written.sort();
+    EXPECT_EQ(written.join(u' ').toStdString(), translated.keys().join(u' ').toStdString());
+}
+
+TEST_P(LanguageFile, HasTextsThatFit)
+{
+    for (auto text = translated.begin(); text != translated.end(); ++text) {
+        const std::string key = text.key().toStdString();
+        const QString translation = text->toString();
+        EXPECT_FALSE(translation.trimmed().isEmpty()) << key;
+        EXPECT_EQ(placeholders(translation), placeholders(english[text.key()])) << key;
+        EXPECT_EQ(translation.count(u'\n'), english[text.key()].toString().count(u'\n')) << key;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, LanguageFile,
+                         testing::Values("en", "de", "fr", "es", "it", "pt-BR", "nl", "pl", "ja",
+                                         "zh-Hans"),
+                         [](const auto &info) {
+                             return QString::fromUtf8(info.param).remove(u'-').toStdString();
+                         });
+
+TEST(LanguageFiles, HaveEveryKeyTheSourcesAskFor)
+{
+    const QVariantMap english = texts(u"en"_s);
+    for (const QString &source : sources()) {
+        for (const QString &key : captures(u"\\b(SZ_[A-Z0-9_]+)\\b"_s, contentOf(source)))
+            EXPECT_TRUE(english.contains(key)) << qPrintable(key) << " in " << qPrintable(source);
+    }
+}
+
+// A fallback shows when a language file is damaged: it must not say something else than the file.
+TEST(LanguageFiles, SayInEnglishWhatTheFallbacksSay)
+{
+    const QVariantMap english = texts(u"en"_s);
+    const QRegularExpression call(
+        uR"~(u"(SZ_[A-Z0-9_]+)"_s,\s*((?:u?"(?:[^"\\]|\\.)*"(?:_s)?\s*)+))~"_s);
+    for (const QString &source : sources()) {
+        const QString content = contentOf(source);
+        for (auto calls = call.globalMatch(content); calls.hasNext();) {
+            const QRegularExpressionMatch match = calls.next();
+            const QStringList pieces = captures(uR"~("((?:[^"\\]|\\.)*)")~"_s, match.captured(2));
+            const QString fallback = pieces.join(QString()).replace(u"\\n"_s, u"\n"_s);
+            EXPECT_EQ(english[match.captured(1)].toString().toStdString(), fallback.toStdString())
+                << qPrintable(match.captured(1)) << " in " << qPrintable(source);
+        }
+    }
+}
+
+TEST(LanguageFiles, AreThoseTheApplicationDeclares)
+{
+    const Result<QVariant> info =
+        PropertyList::read(QStringLiteral(SOLVANE_APP_DIR) + u"/Contents/Info.plist"_s);
+    ASSERT_TRUE(info.ok()) << qPrintable(info.error());
+    QStringList declared = info.value().toMap()[u"CFBundleLocalizations"_s].toStringList();
+    declared.sort();
+
+    QStringList present;
+    const QDir folder(root + u"/resources/languages"_s);
+    for (const QFileInfo &file : folder.entryInfoList({u"*.strings"_s})) {
+        present += file.completeBaseName();
+        const QString copy =
+            QStringLiteral(SOLVANE_APP_DIR) + u"/Contents/Resources/"_s + file.fileName();
+        EXPECT_EQ(contentOf(copy), contentOf(file.filePath())) << qPrintable(copy);
+    }
+    present.sort();
+    EXPECT_EQ(declared, present);
+    EXPECT_EQ(present.size(), 10);
+}
+
+} // namespace
