@@ -44,9 +44,21 @@ QStringList captures(const QString &pattern, const QString &text)
     return result;
 }
 
+/// Positional ones count in their order; numbered ones may change places.
 QStringList placeholders(const QVariant &text)
 {
-    return captures(u"(%(?:@|[diuxX%]|l[du]|02[xX]|1\\.1f))"_s, text.toString());
+    QStringList numbered = captures(u"(%[1-9](?!\\.))"_s, text.toString());
+    numbered.sort();
+    return captures(u"(%(?:@|[diuxX%]|l[du]|02[xX]|1\\.1f))"_s, text.toString()) + numbered;
+}
+
+/// What the compiler makes of the inside of a string literal.
+QString unescaped(QString literal)
+{
+    static const QRegularExpression character(u"\\\\u([0-9a-fA-F]{4})"_s);
+    for (auto match = character.match(literal); match.hasMatch(); match = character.match(literal))
+        literal.replace(match.captured(), QChar(match.captured(1).toUShort(nullptr, 16)));
+    return literal.replace(u"\\n"_s, u"\n"_s);
 }
 
 /// Source and interface files of everything that is shipped.
@@ -122,7 +134,7 @@ TEST(LanguageFiles, SayInEnglishWhatTheFallbacksSay)
         for (auto calls = call.globalMatch(content); calls.hasNext();) {
             const QRegularExpressionMatch match = calls.next();
             const QStringList pieces = captures(uR"~("((?:[^"\\]|\\.)*)")~"_s, match.captured(2));
-            const QString fallback = pieces.join(QString()).replace(u"\\n"_s, u"\n"_s);
+            const QString fallback = unescaped(pieces.join(QString()));
             EXPECT_EQ(english[match.captured(1)].toString().toStdString(), fallback.toStdString())
                 << qPrintable(match.captured(1)) << " in " << qPrintable(source);
         }
