@@ -6,7 +6,7 @@
 
 std::optional<ProcessorTimes> parseProcessorTimes(const QByteArray &stat)
 {
-    const QByteArray line = stat.left(stat.indexOf('\n')).simplified();
+    const QByteArray line = stat.split('\n').first().simplified();
     const QList<QByteArray> fields = line.split(' ');
     if (fields.size() < 5 || fields[0] != "cpu")
         return std::nullopt;

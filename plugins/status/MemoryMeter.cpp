@@ -14,7 +14,7 @@ std::optional<quint64> field(const QByteArray &meminfo, const QByteArray &name)
             continue;
         bool ok = false;
         const QByteArray number = line.mid(name.size() + 1).trimmed();
-        const quint64 kilobytes = number.left(number.indexOf(' ')).toULongLong(&ok);
+        const quint64 kilobytes = number.split(' ').first().toULongLong(&ok);
         if (ok)
             return kilobytes * 1024;
     }

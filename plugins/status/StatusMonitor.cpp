@@ -54,15 +54,15 @@ void StatusMonitor::readLive()
         LiveReading reading;
         reading.memory = parseMemory(readFile(proc + u"meminfo"_s));
         reading.uptime = parseUptime(readFile(proc + u"uptime"_s));
-        return [this, stat = readFile(proc + u"stat"_s), reading] { takeLive(stat, reading); };
+        const auto times = parseProcessorTimes(readFile(proc + u"stat"_s));
+        return [this, times, reading] { takeLive(times, reading); };
     });
 }
 
-void StatusMonitor::takeLive(const QByteArray &stat, LiveReading reading)
+void StatusMonitor::takeLive(const std::optional<ProcessorTimes> &times, LiveReading reading)
 {
     if (!isRunning())
         return;
-    const auto times = parseProcessorTimes(stat);
     if (times && m_lastTimes)
         reading.load = loadBetween(*m_lastTimes, *times);
     m_lastTimes = times;

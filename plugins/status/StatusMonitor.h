@@ -54,7 +54,7 @@ private:
     void tick();
     void readLive();
     void readVolumes();
-    void takeLive(const QByteArray &stat, LiveReading reading);
+    void takeLive(const std::optional<ProcessorTimes> &times, LiveReading reading);
     void takeVolumes(const std::vector<Volume> &volumes);
 
     QString m_root;

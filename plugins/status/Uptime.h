@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QList>
 
 #include <optional>
 
@@ -9,7 +10,7 @@
 inline std::optional<quint64> parseUptime(const QByteArray &uptime)
 {
     bool ok = false;
-    const double seconds = uptime.left(uptime.indexOf(' ')).toDouble(&ok);
+    const double seconds = uptime.simplified().split(' ').first().toDouble(&ok);
     if (!ok || !(seconds >= 0 && seconds < 1e12))
         return std::nullopt;
     return quint64(seconds);

@@ -1,0 +1,150 @@
+#include "FakeCore.h"
+#include "support/BundleVersions.h"
+#include "support/SupportView.h"
+
+#include <gtest/gtest.h>
+
+#include <QClipboard>
+#include <QDesktopServices>
+#include <QDir>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QUrl>
+
+#include <plist/plist.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+void makeBundle(const QString &path, const QByteArray &info)
+{
+    QDir().mkpath(path + u"/Contents"_s);
+    QFile file(path + u"/Contents/Info.plist"_s);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(info);
+}
+
+QByteArray infoOf(const char *name, const char *version, bool binary = false)
+{
+    plist_t dictionary = plist_new_dict();
+    plist_dict_set_item(dictionary, "CFBundleName", plist_new_string(name));
+    plist_dict_set_item(dictionary, "CFBundleVersion", plist_new_string(version));
+    char *text = nullptr;
+    uint32_t length = 0;
+    (binary ? plist_to_bin : plist_to_xml)(dictionary, &text, &length);
+    const QByteArray info(text, length);
+    plist_to_xml_free(text);
+    plist_free(dictionary);
+    return info;
+}
+
+/// A folder of the program's bundles and a home with a bundle that was added.
+struct Bundles
+{
+    QTemporaryDir folder;
+    QString own = folder.filePath(u"app"_s);
+    QString added = folder.filePath(u"home/Library/Application Support/Solvane"_s);
+
+    Bundles()
+    {
+        makeBundle(own + u"/Status.bundle"_s, infoOf("Status", "600"));
+        makeBundle(own + u"/network.bundle"_s, infoOf("Netzwerk \xc3\xbc", "7", true));
+        makeBundle(own + u"/Broken.bundle"_s, "<plist><dict><key>");
+        makeBundle(own + u"/Number.bundle"_s,
+                   "<plist><dict><key>CFBundleVersion</key><integer>3</integer></dict></plist>");
+        makeBundle(own + u"/Huge.bundle"_s, infoOf("Huge", "1") + QByteArray(2 << 20, ' '));
+        makeBundle(own + u"/Folder.bundle/Contents/Info.plist"_s, "");
+        makeBundle(own + u"/Other.app"_s, infoOf("Other", "1"));
+        makeBundle(added + u"/Extra.bundle"_s, infoOf("<b>Extra</b>", "1.2"));
+    }
+};
+
+} // namespace
+
+class Browser : public QObject
+{
+    Q_OBJECT
+
+public:
+    QStringList opened;
+
+public Q_SLOTS:
+    void open(const QUrl &address) { opened << address.toString(); }
+};
+
+TEST(BundleVersions, ReadWhatCanBeRead)
+{
+    const Bundles bundles;
+    QStringList read;
+    for (const BundleVersion &bundle : readBundleVersions(bundles.own, bundles.added))
+        read << bundle.name + u'=' + bundle.version + (bundle.added ? u" added"_s : QString());
+    const QStringList expected{u"Broken="_s,
+                               u"Folder="_s,
+                               u"Huge="_s,
+                               u"Netzwerk \u00fc=7"_s,
+                               u"Number="_s,
+                               u"Status=600"_s,
+                               u"<b>Extra</b>=1.2 added"_s};
+    EXPECT_EQ(read, expected) << qPrintable(read.join(u'\n'));
+    EXPECT_EQ(readBundleVersions(bundles.own, bundles.own).size(), 6U) << "one folder, listed once";
+    EXPECT_TRUE(readBundleVersions(u"/no such place"_s, QString()).empty());
+}
+
+TEST(SupportView, CopiesTheVersions)
+{
+    const Bundles bundles;
+    FakeCore core;
+    core.home = bundles.folder.filePath(u"home"_s);
+    SupportView view(&core, bundles.own + u"/Support.bundle"_s);
+    view.refresh();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return view.versionsText().contains(u"Extra"_s); }));
+    QPushButton *copy = nullptr;
+    for (auto *button : view.findChildren<QPushButton *>())
+        copy = button->accessibleName() == u"[Copy the versions]"_s ? button : copy;
+    ASSERT_TRUE(copy);
+    copy->click();
+    EXPECT_EQ(QGuiApplication::clipboard()->text(),
+              u"[Solvane]: v612, [Web edition]\nQt: %1\nBroken: \u2013\nFolder: \u2013\n"
+              "Huge: \u2013\nNetzwerk \u00fc: 7\nNumber: \u2013\nStatus: 600\n"
+              "[<b>Extra</b> (added)]: 1.2\n"_s.arg(QString::fromLatin1(qVersion())));
+    const auto says = [&view] {
+        for (const auto *label : view.findChildren<QLabel *>())
+            if (label->text() == u"[Copied]"_s)
+                return true;
+        return false;
+    };
+    EXPECT_TRUE(says());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !says(); }, 5000)) << "only briefly";
+}
+
+TEST(SupportView, LeadsToTheHelpPageAndToFeedback)
+{
+    FakeCore core;
+    SupportView view(&core, u"/nowhere/Support.bundle"_s);
+    for (auto *button : view.findChildren<QPushButton *>())
+        if (button->text().contains(u"Feedback"_s))
+            button->click();
+    EXPECT_EQ(core.feedbacks, 1);
+    QLabel *link = nullptr;
+    for (auto *label : view.findChildren<QLabel *>())
+        link = label->textFormat() == Qt::RichText ? label : link;
+    ASSERT_TRUE(link);
+    EXPECT_NE(link->focusPolicy(), Qt::NoFocus);
+    Browser browser;
+    QDesktopServices::setUrlHandler(u"https"_s, &browser, "open");
+    view.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&view));
+    link->setFocus();
+    QTest::keyClick(link, Qt::Key_Tab); // onto the link in the text
+    QTest::keyClick(link, Qt::Key_Return);
+    QDesktopServices::unsetUrlHandler(u"https"_s);
+    EXPECT_EQ(browser.opened, QStringList{u"https://www.solvane.example/support?de"_s});
+    for (auto text = core.texts.cbegin(); text != core.texts.cend(); ++text)
+        EXPECT_TRUE(text.key().startsWith(u"SZ_SUPPORT_"_s) || text.key() == u"SZ_TITLE"_s);
+}
+
+#include "SupportTest.moc"
