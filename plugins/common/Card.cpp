@@ -1,6 +1,6 @@
-#include "common/Card.h"
+#include "plugins/common/Card.h"
 
-#include "common/Look.h"
+#include "plugins/common/Look.h"
 
 #include <QPainter>
 

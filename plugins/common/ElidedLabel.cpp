@@ -1,4 +1,4 @@
-#include "common/ElidedLabel.h"
+#include "plugins/common/ElidedLabel.h"
 
 #include <QHelpEvent>
 #include <QPainter>

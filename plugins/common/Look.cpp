@@ -1,4 +1,4 @@
-#include "common/Look.h"
+#include "plugins/common/Look.h"
 
 #include <QApplication>
 #include <QFontInfo>

@@ -1,4 +1,4 @@
-#include "common/Texts.h"
+#include "plugins/common/Texts.h"
 
 QString Texts::fill(const QString &text, const QStringList &arguments)
 {

@@ -1,6 +1,6 @@
 #include "HistoryChart.h"
 
-#include "common/Look.h"
+#include "plugins/common/Look.h"
 
 #include <QPainter>
 

@@ -2,8 +2,8 @@
 
 #include "HistoryChart.h"
 
-#include "common/ElidedLabel.h"
-#include "common/Look.h"
+#include "plugins/common/ElidedLabel.h"
+#include "plugins/common/Look.h"
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/Card.h"
+#include "plugins/common/Card.h"
 
 class ElidedLabel;
 class HistoryChart;

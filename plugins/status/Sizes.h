@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/Texts.h"
+#include "plugins/common/Texts.h"
 
 /// A size for people, with one decimal and in steps of 1024: "16.2 GB".
 QString sizeText(quint64 bytes, const Texts &texts);

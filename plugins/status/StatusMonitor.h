@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/BackgroundJobs.h"
+#include "plugins/common/BackgroundJobs.h"
 
 #include "LoadMeter.h"
 #include "MemoryMeter.h"

@@ -1,6 +1,6 @@
 #include "StatusView.h"
 
-#include "common/Look.h"
+#include "plugins/common/Look.h"
 #include "SolvanePlugin.h"
 
 #include <memory>

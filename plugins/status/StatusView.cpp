@@ -5,8 +5,8 @@
 #include "Sizes.h"
 #include "VolumeList.h"
 
-#include "common/ElidedLabel.h"
-#include "common/Look.h"
+#include "plugins/common/ElidedLabel.h"
+#include "plugins/common/Look.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>

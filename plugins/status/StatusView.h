@@ -2,7 +2,7 @@
 
 #include "StatusMonitor.h"
 
-#include "common/Texts.h"
+#include "plugins/common/Texts.h"
 
 #include <QWidget>
 

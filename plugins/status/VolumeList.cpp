@@ -2,8 +2,8 @@
 
 #include "Sizes.h"
 
-#include "common/ElidedLabel.h"
-#include "common/Look.h"
+#include "plugins/common/ElidedLabel.h"
+#include "plugins/common/Look.h"
 
 #include <QGridLayout>
 #include <QPainter>

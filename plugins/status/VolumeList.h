@@ -2,8 +2,8 @@
 
 #include "Volumes.h"
 
-#include "common/Card.h"
-#include "common/Texts.h"
+#include "plugins/common/Card.h"
+#include "plugins/common/Texts.h"
 
 #include <map>
 

@@ -2,9 +2,9 @@
 
 #include "VersionList.h"
 
-#include "common/Card.h"
-#include "common/ElidedLabel.h"
-#include "common/Look.h"
+#include "plugins/common/Card.h"
+#include "plugins/common/ElidedLabel.h"
+#include "plugins/common/Look.h"
 
 #include <QAccessible>
 #include <QClipboard>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "common/BackgroundJobs.h"
-#include "common/Texts.h"
+#include "plugins/common/BackgroundJobs.h"
+#include "plugins/common/Texts.h"
 
 #include <QTimer>
 #include <QWidget>

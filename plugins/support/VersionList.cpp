@@ -1,7 +1,7 @@
 #include "VersionList.h"
 
-#include "common/ElidedLabel.h"
-#include "common/Look.h"
+#include "plugins/common/ElidedLabel.h"
+#include "plugins/common/Look.h"
 
 #include <QGridLayout>
 

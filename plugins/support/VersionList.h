@@ -2,8 +2,8 @@
 
 #include "BundleVersions.h"
 
-#include "common/Card.h"
-#include "common/Texts.h"
+#include "plugins/common/Card.h"
+#include "plugins/common/Texts.h"
 
 class QGridLayout;
 

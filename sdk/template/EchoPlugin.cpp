@@ -1,5 +1,5 @@
 // A complete plugin: a page that repeats what is typed and counts on its sidebar row how often.
-#include "SolvanePlugin.h"
+#include <SolvanePlugin.h>
 
 #include <QLabel>
 #include <QLineEdit>

@@ -1,4 +1,4 @@
-#include "common/BackgroundJobs.h"
+#include "plugins/common/BackgroundJobs.h"
 
 #include <gtest/gtest.h>
 

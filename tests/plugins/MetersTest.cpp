@@ -1,4 +1,4 @@
-#include "common/Texts.h"
+#include "plugins/common/Texts.h"
 #include "status/LoadMeter.h"
 #include "status/MemoryMeter.h"
 #include "status/ReadFile.h"
