@@ -1,4 +1,4 @@
-#include "status/SystemFacts.h"
+#include "plugins/status/SystemFacts.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 #include "plugins/common/Texts.h"
-#include "status/LoadMeter.h"
-#include "status/MemoryMeter.h"
-#include "status/ReadFile.h"
-#include "status/Sizes.h"
-#include "status/Uptime.h"
+#include "plugins/status/LoadMeter.h"
+#include "plugins/status/MemoryMeter.h"
+#include "plugins/status/ReadFile.h"
+#include "plugins/status/Sizes.h"
+#include "plugins/status/Uptime.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
-#include "status/StatusView.h"
+#include "plugins/status/StatusView.h"
 #include "FakeCore.h"
-#include "status/HistoryChart.h"
-#include "status/VolumeList.h"
+#include "plugins/status/HistoryChart.h"
+#include "plugins/status/VolumeList.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "FakeCore.h"
-#include "support/BundleVersions.h"
-#include "support/SupportView.h"
+#include "plugins/support/BundleVersions.h"
+#include "plugins/support/SupportView.h"
 
 #include <gtest/gtest.h>
 

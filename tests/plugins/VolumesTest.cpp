@@ -1,5 +1,5 @@
-#include "status/Volumes.h"
-#include "status/ReadFile.h"
+#include "plugins/status/Volumes.h"
+#include "plugins/status/ReadFile.h"
 
 #include <gtest/gtest.h>
 
