@@ -37,7 +37,7 @@ void paintWhite(QWidget *widget)
     widget->setAutoFillBackground(true);
 }
 
-QWidget *addScrollingColumn(QWidget *view)
+QWidget *addScrollingColumn(QWidget *view, const QString &name)
 {
     paintWhite(view);
     auto *area = new QScrollArea;
@@ -45,6 +45,8 @@ QWidget *addScrollingColumn(QWidget *view)
     area->setWidgetResizable(true);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->viewport()->setAutoFillBackground(false);
+
+    area->setAccessibleName(name);
 
     auto *page = new QWidget;
     auto *column = new QWidget;

@@ -30,8 +30,9 @@ void setTextColor(QWidget *widget, const QColor &color);
 void paintWhite(QWidget *widget);
 
 /// A page that scrolls: fills the view with a white scroll area around one column.
+/// @param name of the page, for assistive technology.
 /// @return the column, which the caller gives a layout; owned by the view.
-QWidget *addScrollingColumn(QWidget *view);
+QWidget *addScrollingColumn(QWidget *view, const QString &name);
 
 /// The picture in the file, rendered for a square of that many points and for screens of up to
 /// three pixels a point. Null when the file is missing or is no SVG.

@@ -18,7 +18,8 @@ StatusView::StatusView(const Texts &texts, const QString &root)
     : m_texts(texts)
     , m_monitor(root)
 {
-    auto *column = new QVBoxLayout(look::addScrollingColumn(this));
+    auto *column =
+        new QVBoxLayout(look::addScrollingColumn(this, m_texts(u"SZ_STATUS_NAME"_s, u"Status"_s)));
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addLayout(makeHeader());

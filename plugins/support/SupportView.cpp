@@ -81,10 +81,11 @@ SupportView::SupportView(mndCore *core, const QString &bundlePath)
     , m_texts(core)
     , m_ownFolder(QFileInfo(bundlePath).path())
 {
-    auto *column = new QVBoxLayout(look::addScrollingColumn(this));
+    const QString title = m_texts(u"SZ_SUPPORT_TITLE"_s, u"Help and Support"_s);
+    auto *column = new QVBoxLayout(look::addScrollingColumn(this, title));
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    column->addWidget(makeHeading(m_texts(u"SZ_SUPPORT_TITLE"_s, u"Help and Support"_s), 1.8));
+    column->addWidget(makeHeading(title, 1.8));
     column->addSpacing(6);
     column->addWidget(makeParagraph(
         m_texts(u"SZ_SUPPORT_INTRO"_s,

@@ -7,7 +7,6 @@
 #include <QWidget>
 
 class QLabel;
-class QVBoxLayout;
 class VersionList;
 
 /// The page that tells how to get help, and which versions to name when asking for it.
