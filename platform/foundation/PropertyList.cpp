@@ -15,6 +15,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <limits>
 #include <memory>
 
@@ -85,9 +86,9 @@ QVariant dictionaryValue(plist_t node)
         if (!value)
             break;
         map.insert(QString::fromUtf8(key), convert(value));
-        free(key);
+        std::free(key);
     }
-    free(iterator);
+    std::free(iterator);
     return map;
 }
 
@@ -103,7 +104,7 @@ QVariant arrayValue(plist_t node)
             break;
         list.append(convert(value));
     }
-    free(iterator);
+    std::free(iterator);
     return list;
 }
 

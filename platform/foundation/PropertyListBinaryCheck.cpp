@@ -102,7 +102,8 @@ private:
             position += 1 + (1U << (size & 3));
         }
         const quint64 room = m_table - position;
-        if (count > room)
+        // Before anything is computed from it. In null and the booleans it is no count.
+        if (type != 0 && count > room)
             return result;
         switch (type) {
         case 0x0: // null, false, true

@@ -10,6 +10,9 @@
 #include <QStandardPaths>
 #include <QUrl>
 
+#include <algorithm>
+#include <iterator>
+
 using namespace Qt::StringLiterals;
 
 namespace {

@@ -71,6 +71,8 @@ TEST_F(RealUserDefaultsTest, KeepsValuesAndTheirTypesAcrossARestart)
         EXPECT_EQ(defaults.value(entry.key()).typeId(), entry.value().typeId());
     }
     EXPECT_TRUE(content().contains("slvCore.elog=bool:true\n"));
+    EXPECT_EQ(RealUserDefaults::defaultFilePath(),
+              qEnvironmentVariable("XDG_CONFIG_HOME") + u"/Solvane/solvane.conf"_s);
 }
 
 TEST_F(RealUserDefaultsTest, SaysWhenNothingCouldBeWrittenAndTriesAgain)
@@ -108,12 +110,6 @@ TEST_F(RealUserDefaultsTest, KeepsWhatItDoesNotUnderstand)
     QFile kept(m_path + u".damaged"_s);
     ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
     EXPECT_EQ(kept.readAll(), damaged);
-}
-
-TEST_F(RealUserDefaultsTest, TheUsersFileLiesInTheConfigurationFolder)
-{
-    EXPECT_EQ(RealUserDefaults::defaultFilePath(),
-              qEnvironmentVariable("XDG_CONFIG_HOME") + u"/Solvane/solvane.conf"_s);
 }
 
 TEST_F(RealUserDefaultsTest, IsReadFromAnyThreadWhileItChanges)
