@@ -1,17 +1,14 @@
 #pragma once
 
 #include "host/LanguageFile.h"
+#include "host/MainMenuOutlets.h"
 #include "host/Welcome.h"
 #include "platform/ui/ApplicationDelegate.h"
-#include "platform/ui/MainWindow.h"
 #include "plugin_host/mndCore.h"
 #include "plugin_host/SidebarTree.h"
-#include "sourcelist/PXSourceList.h"
 
-#include <QAction>
 #include <QHash>
 #include <QPointer>
-#include <QPushButton>
 
 #include <atomic>
 
@@ -26,7 +23,7 @@ class slvFeedback;
 ///
 /// Wires the parts of the program together and fixes their order. One object, on the main thread;
 /// mndCore says which of its methods may be called from elsewhere.
-class mndAppDelegate : public QObject,
+class mndAppDelegate : public MainMenuOutlets,
                        public ApplicationDelegate,
                        public PXSourceListDataSource,
                        public PXSourceListDelegate,
@@ -36,39 +33,10 @@ class mndAppDelegate : public QObject,
     Q_OBJECT
     Q_INTERFACES(
         ApplicationDelegate PXSourceListDataSource PXSourceListDelegate mndCore WindowDelegate)
-    Q_PROPERTY(MainWindow *window READ window WRITE setWindow)
-    Q_PROPERTY(PXSourceList *sourceList MEMBER sourceList)
-    Q_PROPERTY(QWidget *pluginViewHost MEMBER pluginViewHost)
-    Q_PROPERTY(QAction *miShowMainWindow MEMBER miShowMainWindow)
-    Q_PROPERTY(QAction *miShowMainWindowSeperator MEMBER miShowMainWindowSeperator)
-    Q_PROPERTY(QAction *miCheckForUpdate MEMBER miCheckForUpdate)
-    Q_PROPERTY(QAction *miAbout MEMBER miAbout)
-    Q_PROPERTY(QAction *miPrefs MEMBER miPrefs)
-    Q_PROPERTY(QAction *miPrefsReset MEMBER miPrefsReset)
-    Q_PROPERTY(QAction *miFeedback MEMBER miFeedback)
-    Q_PROPERTY(QWidget *sysStatusView MEMBER sysStatusView)
-    Q_PROPERTY(QPushButton *_helpbtn MEMBER _helpbtn)
-    Q_PROPERTY(QAction *miServices MEMBER miServices)
-    Q_PROPERTY(QAction *miHideSolvane MEMBER miHideSolvane)
-    Q_PROPERTY(QAction *miHideOthers MEMBER miHideOthers)
-    Q_PROPERTY(QAction *miShowAll MEMBER miShowAll)
-    Q_PROPERTY(QAction *miQuit MEMBER miQuit)
-    Q_PROPERTY(QAction *miWindow MEMBER miWindow)
-    Q_PROPERTY(QAction *miMinimize MEMBER miMinimize)
-    Q_PROPERTY(QAction *miZoom MEMBER miZoom)
-    Q_PROPERTY(QAction *miBringToFront MEMBER miBringToFront)
-    Q_PROPERTY(QAction *miHelp MEMBER miHelp)
-    Q_PROPERTY(QAction *miHelpLink MEMBER miHelpLink)
-    Q_PROPERTY(QAction *miExtendedLogging MEMBER miExtendedLogging)
-    Q_PROPERTY(QAction *miExtendedLoggingEnable MEMBER miExtendedLoggingEnable)
-    Q_PROPERTY(QAction *miExtendedLoggingSend MEMBER miExtendedLoggingSend)
 
 public:
     mndAppDelegate();
     ~mndAppDelegate() override;
-
-    MainWindow *window() const { return _window; }
-    void setWindow(MainWindow *window) { _window = window; }
 
     /// Told of every bundle that start-up handles; null for nobody. Not owned.
     void setPluginLoadObserver(PluginLoadObserver *observer) { m_observer = observer; }
@@ -193,13 +161,6 @@ private:
     QString actualHomeDirectory() const;
     QString logFilePath() const;
 
-    QPointer<MainWindow> _window;
-    QPointer<PXSourceList> sourceList;
-    QPointer<QWidget> pluginViewHost;
-    QPointer<QAction> miShowMainWindow;
-    QPointer<QAction> miShowMainWindowSeperator;
-    QPointer<QAction> miCheckForUpdate, miAbout, miPrefs, miPrefsReset, miFeedback;
-    QPointer<QWidget> sysStatusView;
     SidebarTree::Headings sourceListItems;
     std::unique_ptr<mndPlugins> m_Plugins;
     QHash<QString, QPointer<QObject>> m_Factory;
@@ -208,14 +169,9 @@ private:
     std::atomic<qint32> _isModalShowing = 0;
     QRectF _oldFrame;
     QPointer<QWidget> _title;
-    QPointer<QPushButton> _helpbtn;
     std::unique_ptr<Welcome> _welcome;
     std::optional<LanguageFile> _languageFile;
     std::unique_ptr<slvFeedback> _feedback;
-    QPointer<QAction> miServices, miHideSolvane, miHideOthers, miShowAll, miQuit;
-    QPointer<QAction> miWindow, miMinimize, miZoom, miBringToFront;
-    QPointer<QAction> miHelp, miHelpLink;
-    QPointer<QAction> miExtendedLogging, miExtendedLoggingEnable, miExtendedLoggingSend;
     QPointer<QObject> _systbTarget;
     Selector _systbSEL;
     QStringList _systbTitles;

@@ -25,7 +25,8 @@ QPalette palette()
     look.setColor(QPalette::ToolTipBase, QColor(0xff, 0xff, 0xf0));
     look.setColor(QPalette::ToolTipText, text);
     // Buttons have a coloured body, on which white titles read well.
-    look.setColor(QPalette::Button, accent);
+    // The style lightens it for the body.
+    look.setColor(QPalette::Button, QColor(0x1b, 0x5b, 0x94));
     look.setColor(QPalette::ButtonText, Qt::white);
     look.setColor(QPalette::Highlight, accent);
     look.setColor(QPalette::HighlightedText, Qt::white);
