@@ -182,19 +182,22 @@ void OutlineView::mousePressEvent(QMouseEvent *event)
         return;
     }
 
+    // The ground below the rows stands for nothing that could be selected instead.
+    if (row < 0)
+        return;
     m_isTracking = true;
-    m_hasTriedDrag = !item;
+    m_hasTriedDrag = false;
     m_pressPosition = event->position();
     // The row under the mouse must not move away while it is being clicked.
     setAutoScroll(false);
-    RowIndexes proposed = row < 0 ? RowIndexes() : RowIndexes{row};
+    RowIndexes proposed{row};
     m_selectOnRelease = false;
-    if (row >= 0 && allowsMultipleSelection() && (event->modifiers() & Qt::ControlModifier)) {
+    if (allowsMultipleSelection() && (event->modifiers() & Qt::ControlModifier)) {
         proposed = selectedRowIndexes();
         if (proposed.erase(row) == 0)
             proposed.insert(row);
         m_anchorItem = item;
-    } else if (row >= 0 && (event->modifiers() & Qt::ShiftModifier)) {
+    } else if (event->modifiers() & Qt::ShiftModifier) {
         proposed = rowsUpTo(row);
     } else {
         m_anchorItem = item;

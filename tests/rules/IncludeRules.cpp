@@ -68,7 +68,7 @@ QString IncludeRules::objection(const QString &file, const QString &included) co
     if (m_publicHeaders.contains(file))
         return m_publicHeaders.contains(included) ? QString() : u"it is not a public header"_s;
     if (!plugin.isNull()) {
-        const bool own = included.startsWith(plugin) || included.startsWith(u"common/"_s)
+        const bool own = included.startsWith(plugin) || included.startsWith(u"plugins/common/"_s)
             || QFileInfo::exists(m_root + u'/' + folder + included);
         const bool allowed =
             own || included == u"SolvanePlugin.h"_s || m_publicHeaders.contains(included);
