@@ -90,7 +90,11 @@ void mndAppDelegate::applicationDidFinishLaunching()
     }
     showPlugin(u"plugin.status"_s);
     _about = std::make_unique<mndAbout>();
+    if (miAbout)
+        miAbout->setEnabled(_about->window());
     _prefs = std::make_unique<mndPrefs>();
+    if (miPrefs)
+        miPrefs->setEnabled(_prefs->window());
     if (_window)
         _window->setDelegate(this);
     if (sourceList) {

@@ -2,10 +2,41 @@
 
 #include <QApplication>
 #include <QPalette>
-#include <QStyle>
-#include <QStyleFactory>
+#include <QProxyStyle>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The plain style of the toolkit with a menu bar tall enough to serve as the window's title row.
+class HostStyle : public QProxyStyle
+{
+public:
+    HostStyle()
+        : QProxyStyle(u"Fusion"_s)
+    { }
+
+    QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &contents,
+                           const QWidget *widget) const override
+    {
+        QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+        if (type == CT_MenuBarItem)
+            size.setHeight(qMax(size.height(), titleRowHeight));
+        return size;
+    }
+
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *data) const override
+    {
+        // An etched shadow makes disabled texts look smudged on a white ground.
+        return hint == SH_EtchDisabledText ? 0 : QProxyStyle::styleHint(hint, option, widget, data);
+    }
+
+private:
+    static constexpr int titleRowHeight = 26;
+};
+
+} // namespace
 
 namespace HostLook {
 
@@ -41,8 +72,7 @@ QPalette palette()
 
 void apply()
 {
-    if (QStyle *style = QStyleFactory::create(u"Fusion"_s))
-        QApplication::setStyle(style);
+    QApplication::setStyle(new HostStyle);
     QApplication::setPalette(palette());
     // Menus are drawn in button colours, but have no coloured body.
     QPalette menus = palette();
