@@ -22,10 +22,12 @@ program=$root/build/release/Solvane.app/Contents/MacOS/solvane
 if [[ -n ${DISPLAY:-}${WAYLAND_DISPLAY:-} ]]; then
     exec "$program" "$@"
 fi
-
 for argument in "$@"; do
     case $argument in
-        --check-plugin* | --list-plugins | --snapshot* | --help* | -h | --version | -v)
+        --list-plugins | --check-plugin* | --help | --help-all | -h | --version | -v)
+            exec "$program" "$@" # These show no window.
+            ;;
+        --snapshot*)
             with_display "$program" "$@"
             exit
             ;;
