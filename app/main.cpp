@@ -97,7 +97,8 @@ int diagnose(const CommandLine &commandLine, Application &application)
 int run(const CommandLine &commandLine, Application &application)
 {
     SingleInstance instance(application);
-    if (instance.claim() == SingleInstance::Second) {
+    // A picture is taken of this program, whatever else is running.
+    if (commandLine.snapshot.isNull() && instance.claim() == SingleInstance::Second) {
         if (commandLine.hidden || SingleInstance::passOn(commandLine.documents))
             return 0;
         QTextStream(stderr) << "solvane: the running program does not answer\n";
