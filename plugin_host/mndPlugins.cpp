@@ -53,6 +53,11 @@ mndPluginDelegate *delegateOf(const Dictionary &record)
     return qobject_cast<mndPluginDelegate *>(record.value<QObject *>(u"obj"_s));
 }
 
+QList<QWidget *> subviews(const QWidget *view)
+{
+    return view->findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
+}
+
 /// A plugin's fault in a callback must not take the host along.
 template <typename Call>
 void quietly(const Call &call) noexcept
@@ -85,8 +90,7 @@ void mndPlugins::performSelectorOnAllDelegates(const Selector &selector)
 
 void mndPlugins::removeSubviews(QWidget *hostView)
 {
-    const auto subviews = hostView->findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
-    for (QWidget *subview : subviews) {
+    for (QWidget *subview : subviews(hostView)) {
         subview->hide();
         subview->setParent(nullptr);
     }
@@ -104,7 +108,8 @@ void mndPlugins::doDisplayMainViewForPluginAtIndex(quint64 index, QWidget *hostV
     performSelectorOnAllDelegates(Selector(u"onViewHide"_s));
     if (mndPluginDelegate *delegate = delegateOf(record))
         quietly([&] { delegate->onViewShow(); });
-    if (!view)
+    // A plugin that shows another one meanwhile has decided what is shown.
+    if (!view || !subviews(hostView).isEmpty())
         return;
     view->setParent(hostView);
     view->show();

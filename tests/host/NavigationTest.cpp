@@ -110,6 +110,15 @@ TEST_F(Navigation, ShowsAPluginAgainWithAllItsMessages)
     EXPECT_EQ(shownView(), status);
 }
 
+TEST_F(Host, ShowsOnlyTheLastOneWhenAPluginShowsAnother)
+{
+    start({"Redirects", "StatusFixture"});
+    EXPECT_TRUE(delegate->showPlugin(u"plugin.fixture.Redirects"_s));
+    EXPECT_EQ(shownView(), status);
+    EXPECT_EQ(content()->findChildren<QWidget *>().size(), 1);
+    EXPECT_EQ(list()->numberOfSelectedRows(), 1);
+}
+
 TEST_F(Navigation, TakesTheNumberThatAnIdentifierBeginsWith)
 {
     row(2)->identifier = u"item.2"_s;
