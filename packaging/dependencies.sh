@@ -19,8 +19,8 @@ SOLVANE_DISPLAY_PACKAGES=(xvfb)
 SOLVANE_TEST_PACKAGES=(
     libgtest-dev libgmock-dev
     clang-format clang-tidy
-    dbus dbus-x11 desktop-file-utils
-    fonts-noto-cjk imagemagick openbox x11-utils xauth xdotool
+    at-spi2-core dbus dbus-x11 desktop-file-utils
+    fonts-noto-cjk imagemagick openbox wmctrl x11-utils xauth xdotool
 )
 
 SOLVANE_BENCHMARK_PACKAGES=(libbenchmark-dev)

@@ -1,0 +1,56 @@
+# Every plugin with what became of it, without a display.
+# shellcheck shell=bash disable=SC2154
+
+# diagnose ARGUMENT... - sets $lines and $status.
+diagnose() {
+    status=0
+    lines=$(env -u DISPLAY "$solvane" "$@" 2>>"$HOME/output") || status=$?
+}
+
+install_good_and_broken() {
+    install_plugins Good Hidden OddHeading Twin ThrowsInConstructor ThrowsInInitialize ReturnsNil \
+        UnresolvedSymbol NotAPlugin OtherApi
+    install_broken_copies
+}
+
+test_lists_what_was_loaded_and_what_was_refused() {
+    install_good_and_broken
+    diagnose --list-plugins
+    ((status == 0)) || fail "the status is $status"
+
+    local id pattern
+    for id in plugin.status plugin.support plugin.fixture.{Good,Hidden,OddHeading}; do
+        grep -q "^$id  .*\.bundle\$" <<<"$lines" || fail "$id is not listed: $lines"
+    done
+    while read -r pattern; do
+        grep -Eq "^refused: [^:]*/$pattern" <<<"$lines" || fail "no line \"$pattern\" in: $lines"
+    done <<'END'
+Garbage.bundle: .*/Info.plist: .
+NotAPlugin.bundle: not a plugin of this host: .*org.example.SomethingElse/1
+OtherApi.bundle: built for host API 5, this host has 6
+ReturnsNil.bundle: pluginInitialize: returned nothing
+ThrowsInConstructor.bundle: .*constructor of the fixture
+ThrowsInInitialize.bundle: .*pluginInitialize: of the fixture
+Truncated.bundle: .*cut off
+Twin.bundle: .*"plugin.fixture.Good" is already loaded
+UnresolvedSymbol.bundle: .*solvane_fixture_symbol_that_nobody_has
+END
+    (($(grep -c ^refused: <<<"$lines") == 9)) || fail "more was refused: $lines"
+}
+
+test_checks_one_bundle() {
+    local bundle expected pattern
+    install_good_and_broken
+    while read -r bundle expected pattern; do
+        diagnose --check-plugin "$plugins/$bundle.bundle"
+        ((status == expected)) || fail "$bundle: status $status: $lines"
+        [[ $lines =~ ^$bundle\.bundle:\ $pattern ]] || fail "$bundle: $lines"
+        (($(wc -l <<<"$lines") == 1)) || fail "$bundle: more than one line: $lines"
+    done <<'END'
+Good 0 no problems found; "plugin.fixture.Good" loads in [0-9.]+ ms
+Truncated 1 .*Good.so is not a plugin module: it is cut off
+Garbage 1 .*Info.plist: .
+ThrowsInInitialize 1 it threw an exception
+Missing 1 .*is no folder
+END
+}

@@ -1,0 +1,62 @@
+# One program per user: it lives on without a window, and later launches bring it back.
+# shellcheck shell=bash disable=SC2154
+
+close_window() {
+    wmctrl -i -c "$(window)"
+    expect "the window to close" has_no_window
+}
+
+# launch_again [ARGUMENT...] - a launch while the program runs; fails unless it ends well.
+launch_again() {
+    local status=0
+    timeout "$patience" "$solvane" "$@" >>"$HOME/output" 2>&1 || status=$?
+    ((status == 0)) || fail "the second launch ($*) ended with $status"
+}
+
+test_second_launch_brings_the_window_back() {
+    local before after
+    start_shown
+    close_window
+    sleep 0.3
+    is_running || fail "closing the window ended the program"
+
+    before=${EPOCHREALTIME/./}
+    launch_again
+    expect "the window to come back" has_window
+    after=${EPOCHREALTIME/./}
+    ((after - before < 2000000)) || fail "it took $(((after - before) / 1000)) ms to come back"
+    expect "the window in front" has_focus
+    expect "the sidebar" shows "tree item" Cleaning
+
+    close_window
+    touch "$HOME/some document.txt"
+    launch_again "$HOME/some document.txt"
+    expect "the window to come back with a document" has_window
+    quit
+}
+
+test_starts_hidden_until_launched_again() {
+    install_plugins NamedByFolder:Cleaning-Alpha
+    start --hidden
+    expect "the plugins to be loaded" [ -s "$SOLVANE_FIXTURE_NOTES" ]
+    has_no_window || fail "a window shows"
+    launch_again --hidden
+    sleep 0.3
+    has_no_window || fail "a second hidden launch shows the window"
+    launch_again
+    expect "the window" has_window
+    expect "the sidebar" shows "tree item" Alpha
+    expect "the window in front" has_focus
+    quit
+}
+
+test_runs_without_a_session_bus() {
+    local address
+    for address in "" "unix:path=$HOME/nobody"; do
+        DBUS_SESSION_BUS_ADDRESS=$address start
+        expect "the window without a bus at \"$address\"" has_window
+        xdotool windowactivate "$(window)"
+        expect "the window in front" has_focus
+        quit
+    done
+}
