@@ -43,7 +43,7 @@ namespace HostLook {
 QPalette palette()
 {
     const QColor text(0x1f, 0x29, 0x33);
-    const QColor quiet(0x8a, 0x94, 0x9e);
+    const QColor quiet(0x76, 0x80, 0x8a);
     const QColor accent(0x2f, 0x7f, 0xc1);
 
     QPalette look(accent, Qt::white);
