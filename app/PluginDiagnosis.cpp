@@ -2,6 +2,7 @@
 
 #include "plugin_host/mndPlugins.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -29,7 +30,9 @@ void printTable(const QList<Row> &rows, QTextStream &out)
         QString line;
         for (std::size_t i = 0; i < row.size(); ++i)
             line += row[i].leftJustified(widths[i] + 2);
-        out << line.trimmed() << '\n';
+        while (line.endsWith(u' '))
+            line.chop(1);
+        out << line << '\n';
     }
 }
 
@@ -59,13 +62,15 @@ const PluginLoadReport *PluginDiagnosis::find(const QString &canonicalPath) cons
     return found == m_reports.end() ? nullptr : &*found;
 }
 
-int PluginDiagnosis::check(const QString &path, mndPlugins &plugins, QTextStream &out)
+int PluginDiagnosis::check(const QString &path, QObject &core, QTextStream &out)
 {
-    const QFileInfo bundle(path);
+    const QFileInfo bundle(QDir::cleanPath(path));
     const PluginLoadReport *report = bundle.exists() ? find(bundle.canonicalFilePath()) : nullptr;
+    // In a registry of its own, so that a new build can be checked while an older one is installed.
+    mndPlugins registry(&core);
     if (!report) {
-        plugins.setObserver(this);
-        plugins.loadPluginFromPath(bundle.absoluteFilePath());
+        registry.setObserver(this);
+        registry.loadPluginFromPath(bundle.absoluteFilePath());
         report = &m_reports.last();
     }
     for (const QString &problem : report->problems)

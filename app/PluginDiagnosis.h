@@ -5,7 +5,7 @@
 #include <QList>
 #include <QTextStream>
 
-class mndPlugins;
+class QObject;
 
 /// Collects what becomes of every bundle, for --list-plugins and --check-plugin.
 class PluginDiagnosis : public PluginLoadObserver
@@ -17,9 +17,10 @@ public:
     /// reason.
     void list(QTextStream &out) const;
 
+    /// @param core the host that the plugin is given.
     /// Loads the bundle, unless start-up did, and says in one line each what is wrong with it.
     /// @return the exit status: 0 when nothing is.
-    int check(const QString &path, mndPlugins &plugins, QTextStream &out);
+    int check(const QString &path, QObject &core, QTextStream &out);
 
 private:
     const PluginLoadReport *find(const QString &canonicalPath) const;

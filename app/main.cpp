@@ -1,4 +1,5 @@
 #include "app/CommandLine.h"
+#include "app/ConsoleAlertPanel.h"
 #include "app/PluginDiagnosis.h"
 #include "app/SingleInstance.h"
 #include "app/Snapshot.h"
@@ -91,7 +92,7 @@ int diagnose(const CommandLine &commandLine, Application &application)
         diagnosis.list(out);
     return commandLine.checkPlugin.isNull()
         ? 0
-        : diagnosis.check(commandLine.checkPlugin, *delegate.plugins(), out);
+        : diagnosis.check(commandLine.checkPlugin, delegate, out);
 }
 
 int run(const CommandLine &commandLine, Application &application)
@@ -99,7 +100,8 @@ int run(const CommandLine &commandLine, Application &application)
     SingleInstance instance(application);
     // A picture is taken of this program, whatever else is running.
     if (commandLine.snapshot.isNull() && instance.claim() == SingleInstance::Second) {
-        if (commandLine.hidden || SingleInstance::passOn(commandLine.documents))
+        if ((commandLine.hidden && commandLine.documents.isEmpty())
+            || SingleInstance::passOn(commandLine.documents))
             return 0;
         QTextStream(stderr) << "solvane: the running program does not answer\n";
         return 1;
@@ -109,10 +111,16 @@ int run(const CommandLine &commandLine, Application &application)
     mndAppDelegate delegate;
     setApplicationDelegate(&delegate);
     window = InterfaceFile::load(u"MainMenu"_s, &delegate);
-    if (commandLine.hidden)
-        delegate.windowShouldClose(window.get());
-    else
+    if (commandLine.hidden) {
+        // Laid out without being seen, so that what plugins place in it stands right later on.
+        window->setAttribute(Qt::WA_DontShowOnScreen);
         window->show();
+        window->close();
+        window->setAttribute(Qt::WA_DontShowOnScreen, false);
+        delegate.windowShouldClose(window.get());
+    } else {
+        window->show();
+    }
     application.finishLaunching();
     for (const QString &document : commandLine.documents)
         application.openFile(document);
@@ -145,6 +153,9 @@ int main(int argc, char **argv)
     setIdentity(application);
     const CommandLine commandLine = CommandLine::parse();
     addInterfaceFiles();
+    ConsoleAlertPanel console;
+    if (commandLine.isDiagnosis() || !commandLine.snapshot.isNull())
+        desktopServices().alertPanel = &console;
     return commandLine.isDiagnosis() ? diagnose(commandLine, application)
                                      : run(commandLine, application);
 }

@@ -15,6 +15,8 @@ bool mndAppDelegate::loadLanguageFile()
 {
     const QStringList languages = systemServices().languages->preferred();
     _languageFile = LanguageFile::load(*systemServices().mainBundle, languages.value(0));
+    for (const QString &problem : _languageFile->problems())
+        systemServices().systemLog->write(problem);
     if (_languageFile->isLoaded())
         return true;
     // The only texts of start-up that cannot come from the language file.

@@ -41,13 +41,19 @@ void mndAppDelegate::beginModalSheet(QWidget *window)
     if (uiModalShowing())
         return;
     ++_isModalShowing;
-    MainThread::runLater([this, sheet = QPointer(window)] { _beginModalSheet(sheet); });
+    MainThread::runLater([self = QPointer(this), sheet = QPointer(window)] {
+        if (self)
+            self->_beginModalSheet(sheet);
+    });
 }
 
 void mndAppDelegate::endModalSheet(QWidget *window)
 {
     --_isModalShowing;
-    MainThread::runLater([this, sheet = QPointer(window)] { _endModalSheet(sheet); });
+    MainThread::runLater([self = QPointer(this), sheet = QPointer(window)] {
+        if (self)
+            self->_endModalSheet(sheet);
+    });
 }
 
 void mndAppDelegate::_beginModalSheet(QWidget *window)

@@ -231,14 +231,19 @@ void mndAppDelegate::_pluginSetIconHighlighted(const QString &heading, const QSt
 
 void mndAppDelegate::pluginSetProcessing(const QString &id, bool value)
 {
-    if (!m_Plugins)
-        return;
-    for (quint64 i = 0; i < m_Plugins->count(); ++i) {
+    // The search too: the registry belongs to the main thread.
+    MainThread::runAndWait([&] { findAndSetProcessing(id, value); });
+}
+
+void mndAppDelegate::findAndSetProcessing(const QString &id, bool value)
+{
+    for (quint64 i = 0; m_Plugins && i < m_Plugins->count(); ++i) {
         const Dictionary info = mndPlugins::info(m_Plugins->pluginAtIndex(i));
-        if (info.string(u"id"_s) != id || !info.contains(u"parent"_s) || !info.contains(u"name"_s))
+        if (id.isNull() || !info.contains(u"id"_s) || info.string(u"id"_s) != id
+            || !info.contains(u"parent"_s) || !info.contains(u"name"_s)) {
             continue;
-        const QVariantList packed{info.string(u"parent"_s), info.string(u"name"_s), value};
-        MainThread::runAndWait([&] { pluginSetProcessingEx(packed); });
+        }
+        pluginSetProcessingEx({info.string(u"parent"_s), info.string(u"name"_s), value});
         return;
     }
 }

@@ -273,6 +273,7 @@ void mndAppDelegate::onResetMyPreferences(QObject *)
     UserDefaults &defaults = *systemServices().defaults;
     for (const QString &key : defaults.keys())
         defaults.removeValue(key);
-    defaults.synchronize();
+    if (!defaults.synchronize())
+        systemServices().systemLog->write(u"The reset preferences could not be written."_s);
     systemServices().processEnd->exit(statusAfterReset);
 }

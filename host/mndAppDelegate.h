@@ -150,6 +150,7 @@ private:
     void _pluginSetIcon(const QString &heading, const QString &title, const QImage &icon);
     void _pluginSetIconHighlighted(const QString &heading, const QString &title,
                                    const QImage &icon);
+    void findAndSetProcessing(const QString &id, bool value);
     void pluginSetProcessingEx(const QVariantList &packed);
     void _pluginSetProcessing(const QString &heading, const QString &title, bool value);
     void _beginModalSheet(QWidget *window);

@@ -1,5 +1,6 @@
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/BundleModule.h"
+#include "platform/foundation/ExceptionText.h"
 #include "platform/foundation/Format.h"
 #include "platform/foundation/Perform.h"
 #include "platform/foundation/ProductAddresses.h"
@@ -14,8 +15,6 @@
 #include <QFileInfo>
 #include <QWidget>
 
-#include <exception>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -29,17 +28,6 @@ bool isFilePackage(const QFileInfo &entry)
     return entry.isDir() && packageTypes.contains(entry.suffix().toLower());
 }
 
-QString describe(const std::exception_ptr &failure)
-{
-    try {
-        std::rethrow_exception(failure);
-    } catch (const std::exception &error) {
-        return QString::fromLocal8Bit(error.what());
-    } catch (...) {
-        return u"unknown exception"_s;
-    }
-}
-
 QString initializationError(const QString &path, const QString &description)
 {
     return format(u"We encountered an error while initializing a component. (%@ : %@)"_s,
@@ -50,7 +38,7 @@ QString initializationError(const QString &path, const QString &description)
 }
 
 /// Whether the bundle's module makes a principal object for this host, and if not, why.
-bool declaresPlugin(const Bundle &bundle, const BundleModule &module, QStringList &problems)
+bool declaresPlugin(const Bundle &bundle, BundleModule &module, QStringList &problems)
 {
     if (const QString problem = bundle.infoProblem(); !problem.isNull()) {
         problems << problem;
@@ -116,7 +104,7 @@ void mndPlugins::loadAllPlugins()
                          QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot | QDir::NoSymLinks
                              | QDir::CaseSensitive);
     for (const QFileInfo &entry : directory.entryInfoList()) {
-        if (isFilePackage(entry))
+        if (isFilePackage(entry) && !entry.completeBaseName().isEmpty())
             loadPluginFromPath(QString(folder + u'/' + entry.fileName()).replace(u"//"_s, u"/"_s));
     }
 }
@@ -130,7 +118,7 @@ bool mndPlugins::loadPluginFromPath(const QString &path)
     try {
         report.result = load(path, report);
     } catch (...) {
-        const QString description = describe(std::current_exception());
+        const QString description = currentExceptionText();
         report.problems << u"it threw an exception: %1"_s.arg(description);
         report.message = initializationError(path, description);
     }
@@ -153,7 +141,7 @@ bool mndPlugins::load(const QString &path, PluginLoadReport &report)
     const auto made = module.makePrincipalObject();
     if (!made) {
         report.problems << made.error();
-        return true;
+        return !module.isInUse();
     }
     std::unique_ptr<QObject> object(made.value());
     auto *plugin = qobject_cast<mndPlugin *>(object.get());
@@ -189,6 +177,13 @@ void mndPlugins::accept(const Dictionary &info, std::unique_ptr<QObject> plugin)
     record.setValue(u"dat"_s, QVariant::fromValue(info));
     recurseSubViews(info.value<QWidget *>(u"view"_s));
     record.setValue(u"obj"_s, QVariant::fromValue(plugin.get()));
+    // What a plugin deletes behind the host's back is gone for the host too.
+    QObject::connect(plugin.get(), &QObject::destroyed, &m_guard,
+                     [record]() mutable { record.setValue(u"obj"_s, {}); });
+    if (const QWidget *view = info.value<QWidget *>(u"view"_s)) {
+        QObject::connect(view, &QObject::destroyed, &m_guard,
+                         [shared = Dictionary(info)]() mutable { shared.setValue(u"view"_s, {}); });
+    }
     _plugins.append(record);
     plugin.release();
 }

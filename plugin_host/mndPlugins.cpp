@@ -1,11 +1,12 @@
 #include "plugin_host/mndPlugins.h"
 
-#include "platform/foundation/Bundle.h"
+#include "platform/foundation/ExceptionText.h"
 #include "platform/foundation/Perform.h"
 #include "platform/foundation/SystemServices.h"
 #include "plugin_host/mndPlugin.h"
 
 #include <QPointer>
+#include <QScopedValueRollback>
 #include <QWidget>
 
 #include <stdexcept>
@@ -24,7 +25,7 @@ mndPlugins::~mndPlugins()
 
 bool mndPlugins::listContainsID(const QString &id) const
 {
-    return !id.isNull() && !pluginWithID(id).isAbsent();
+    return !pluginWithID(id).isAbsent();
 }
 
 Dictionary mndPlugins::pluginAtIndex(quint64 index) const
@@ -38,6 +39,8 @@ Dictionary mndPlugins::pluginAtIndex(quint64 index) const
 
 Dictionary mndPlugins::pluginWithID(const QString &id) const
 {
+    if (id.isNull())
+        return {};
     for (const Dictionary &record : _plugins) {
         const Dictionary data = info(record);
         if (data.contains(u"id"_s) && data.string(u"id"_s) == id)
@@ -53,65 +56,86 @@ mndPluginDelegate *delegateOf(const Dictionary &record)
     return qobject_cast<mndPluginDelegate *>(record.value<QObject *>(u"obj"_s));
 }
 
-QList<QWidget *> subviews(const QWidget *view)
+/// Guarded: what a plugin does when its view is hidden may delete another.
+QList<QPointer<QWidget>> subviews(const QWidget *view)
 {
-    return view->findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
+    const auto children = view->findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
+    return {children.begin(), children.end()};
 }
 
 /// A plugin's fault in a callback must not take the host along.
 template <typename Call>
-void quietly(const Call &call) noexcept
+void quietly(const char *what, const Call &call) noexcept
 {
     try {
         call();
-    } catch (...) { }
+    } catch (...) {
+        systemServices().systemLog->write(u"%1 of a plugin threw an exception: %2"_s.arg(
+            QLatin1StringView(what), currentExceptionText()));
+    }
 }
 
 } // namespace
 
 void mndPlugins::performSelectorOnAllDelegates(const Selector &selector)
 {
-    for (qsizetype i = 0; i < _plugins.size(); ++i) {
-        QObject *plugin = _plugins[i].value<QObject *>(u"obj"_s);
-        mndPluginDelegate *delegate = delegateOf(_plugins[i]);
+    broadcast(selector, [] { return true; });
+}
+
+void mndPlugins::broadcast(const Selector &selector, const std::function<bool()> &goOn)
+{
+    for (qsizetype i = 0; i < _plugins.size() && goOn(); ++i) {
+        const Dictionary record = _plugins[i];
+        mndPluginDelegate *delegate = delegateOf(record);
         if (!delegate)
             continue;
         // The protocol's own three are virtual: a plugin need not declare them as slots.
         if (selector.name() == "onViewShow"_L1)
-            quietly([&] { delegate->onViewShow(); });
+            quietly("onViewShow", [&] { delegate->onViewShow(); });
         else if (selector.name() == "onViewHide"_L1)
-            quietly([&] { delegate->onViewHide(); });
+            quietly("onViewHide", [&] { delegate->onViewHide(); });
         else if (selector.name() == "onAllPluginsLoaded"_L1)
-            quietly([&] { delegate->onAllPluginsLoaded(); });
+            quietly("onAllPluginsLoaded", [&] { delegate->onAllPluginsLoaded(); });
         else if (selector.argumentCount() == 0)
-            perform::sendQuietly(plugin, selector);
+            perform::sendQuietly(record.value<QObject *>(u"obj"_s), selector);
     }
 }
 
 void mndPlugins::removeSubviews(QWidget *hostView)
 {
-    for (QWidget *subview : subviews(hostView)) {
-        subview->hide();
-        subview->setParent(nullptr);
+    for (const QPointer<QWidget> &subview : subviews(hostView)) {
+        if (subview)
+            subview->hide();
+        if (subview)
+            subview->setParent(nullptr);
     }
 }
 
 void mndPlugins::doDisplayMainViewForPluginAtIndex(quint64 index, QWidget *hostView)
 {
-    if (!hostView || index >= count())
+    // Plugins may show one another from their messages, in a circle too.
+    constexpr int deepest = 16;
+    if (!hostView || index >= count() || m_displayDepth >= deepest)
         return;
     const Dictionary record = _plugins[static_cast<qsizetype>(index)];
     const QPointer<QWidget> view = info(record).value<QWidget *>(u"view"_s);
-    if (!view)
+    if (!view || view == hostView || view->isAncestorOf(hostView))
         return;
-    removeSubviews(hostView);
-    performSelectorOnAllDelegates(Selector(u"onViewHide"_s));
-    if (mndPluginDelegate *delegate = delegateOf(record))
-        quietly([&] { delegate->onViewShow(); });
+
+    const QScopedValueRollback depth(m_displayDepth, m_displayDepth + 1);
+    const quint64 own = ++m_displays;
+    const QPointer<QWidget> area = hostView;
     // A plugin that shows another one meanwhile has decided what is shown.
-    if (!view || !subviews(hostView).isEmpty())
+    const auto isCurrent = [&] { return own == m_displays && area && view; };
+    removeSubviews(area);
+    broadcast(Selector(u"onViewHide"_s), isCurrent);
+    if (!isCurrent())
         return;
-    view->setParent(hostView);
+    if (mndPluginDelegate *delegate = delegateOf(record))
+        quietly("onViewShow", [&] { delegate->onViewShow(); });
+    if (!isCurrent())
+        return;
+    view->setParent(area);
     view->show();
 }
 

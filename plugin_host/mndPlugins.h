@@ -6,7 +6,9 @@
 
 #include <QColor>
 #include <QList>
+#include <QObject>
 
+#include <functional>
 #include <memory>
 
 class QAbstractButton;
@@ -68,8 +70,12 @@ public:
 private:
     bool load(const QString &path, PluginLoadReport &report);
     void accept(const Dictionary &info, std::unique_ptr<QObject> plugin);
+    void broadcast(const Selector &selector, const std::function<bool()> &goOn);
 
     QList<Dictionary> _plugins;
     QObject *m_core;
     PluginLoadObserver *m_observer = nullptr;
+    quint64 m_displays = 0; ///< counts up, so that a display knows whether it is the last one
+    int m_displayDepth = 0;
+    QObject m_guard; ///< ends the watch over plugins and views
 };

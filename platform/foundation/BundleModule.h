@@ -25,14 +25,19 @@ public:
     explicit BundleModule(const QString &modulePath);
 
     /// Fails for a missing file, one that is no module, and one without metadata.
-    Result<Metadata> metadata() const;
+    Result<Metadata> metadata();
 
     /// Loads the module with every symbol bound and makes its root object, which the caller owns.
-    /// Fails when the module cannot be loaded. What the object's constructor throws reaches the
+    /// Fails when the module cannot be loaded, and when its object is in use already: two bundles
+    /// can lead to the same file. What the object's constructor throws reaches the
     /// caller.
     Result<QObject *> makePrincipalObject();
 
+    /// Whether makePrincipalObject() failed for the reason that the object is in use.
+    bool isInUse() const { return m_isInUse; }
+
 private:
+    bool m_isInUse = false;
     QString m_path;
     QPluginLoader m_loader;
 };

@@ -1,5 +1,8 @@
 #include "platform/foundation/Perform.h"
 
+#include "platform/foundation/ExceptionText.h"
+#include "platform/foundation/SystemServices.h"
+
 #include <QMetaMethod>
 #include <QObject>
 #include <QStringList>
@@ -89,6 +92,11 @@ bool sendQuietly(QObject *receiver, const Selector &selector,
     try {
         return send(receiver, selector, arguments);
     } catch (...) {
+        if (SystemLog *log = systemServices().systemLog) {
+            log->write(u"%1 of %2 threw an exception: %3"_s.arg(
+                selector.name(), QLatin1StringView(receiver->metaObject()->className()),
+                currentExceptionText()));
+        }
         return true;
     }
 }

@@ -22,7 +22,8 @@ bool responds(const QObject *receiver, const Selector &selector);
 /// called. What the method throws reaches the caller.
 bool send(QObject *receiver, const Selector &selector, const QVariantList &arguments = {});
 
-/// send() for callers that must not be disturbed: what the method throws is dropped.
+/// send() for callers that must not be disturbed: what the method throws ends in the
+/// system log.
 bool sendQuietly(QObject *receiver, const Selector &selector,
                  const QVariantList &arguments = {}) noexcept;
 

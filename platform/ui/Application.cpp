@@ -1,9 +1,14 @@
 #include "platform/ui/Application.h"
 
+#include "platform/foundation/ExceptionText.h"
+#include "platform/foundation/SystemServices.h"
+
 #include "platform/ui/ApplicationDelegate.h"
 #include "platform/ui/HostLook.h"
 
 #include <QWidget>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -35,6 +40,17 @@ Application::Application(int &argc, char **argv)
 
 Application::~Application() = default;
 
+bool Application::notify(QObject *receiver, QEvent *event)
+{
+    try {
+        return QApplication::notify(receiver, event);
+    } catch (...) {
+        if (SystemLog *log = systemServices().systemLog)
+            log->write(u"An event handler threw an exception: "_s + currentExceptionText());
+        return true;
+    }
+}
+
 void Application::finishLaunching()
 {
     if (auto *receiver = delegate())
@@ -63,7 +79,6 @@ void Application::willTerminate()
 
 void Application::terminate(QObject *)
 {
-    willTerminate();
     quit();
 }
 

@@ -12,6 +12,10 @@ public:
     Application(int &argc, char **argv);
     ~Application() override;
 
+    /// What a plugin's slot, timer or painting throws ends here, in the system log: the event loop
+    /// cannot be left by an exception.
+    bool notify(QObject *receiver, QEvent *event) override;
+
     /// Tells the delegate that launching is done. Call once, before exec().
     void finishLaunching();
 

@@ -119,6 +119,29 @@ TEST_F(Host, ShowsOnlyTheLastOneWhenAPluginShowsAnother)
     EXPECT_EQ(list()->numberOfSelectedRows(), 1);
 }
 
+TEST_F(Host, ComesToAnEndWhenAPluginShowsAHiddenOneWheneverItIsHidden)
+{
+    start({"Hidden", "RedirectsOnHide", "StatusFixture"});
+    EXPECT_TRUE(delegate->showPlugin(u"plugin.fixture.RedirectsOnHide"_s));
+    EXPECT_EQ(shownView(), hidden);
+    EXPECT_EQ(content()->findChildren<QWidget *>().size(), 1);
+}
+
+TEST_F(Host, DoesWithoutViewsAndPluginsThatAreDeleted)
+{
+    start({"Good", "StatusFixture"});
+    delegate->signalAllPlugins(Selector(u"dropView"_s));
+    EXPECT_TRUE(shownView().isEmpty());
+    services.recorder.take();
+    EXPECT_TRUE(delegate->showPlugin(good));
+    EXPECT_TRUE(shownView().isEmpty());
+    EXPECT_TRUE(services.recorder.take().isEmpty()) << "without a view nothing is hidden or shown";
+    delegate->signalAllPlugins(Selector(u"goAway"_s));
+    services.recorder.take();
+    delegate->signalAllPlugins(Selector(u"ping"_s));
+    EXPECT_TRUE(services.recorder.take().isEmpty());
+}
+
 TEST_F(Navigation, TakesTheNumberThatAnIdentifierBeginsWith)
 {
     row(2)->identifier = u"item.2"_s;

@@ -232,8 +232,12 @@ TEST_F(Host, TellsPluginsThroughTheirDeclaredRolesOnly)
     EXPECT_EQ(
         services.recorder.take(),
         (QStringList{u"plugin.fixture.Good ping"_s, u"plugin.fixture.ThrowsInCallbacks ping"_s,
+                     u"syslog ping of FixturePlugin threw an exception: callback of the "
+                     "fixture"_s,
                      u"plugin.fixture.Good onViewHide"_s,
-                     u"plugin.fixture.ThrowsInCallbacks onViewHide"_s}));
+                     u"plugin.fixture.ThrowsInCallbacks onViewHide"_s,
+                     u"syslog onViewHide of a plugin threw an exception: callback of the "
+                     "fixture"_s}));
     delegate.reset();
     EXPECT_EQ(services.recorder.take(),
               (QStringList{u"plugin.fixture.ThrowsInCallbacks destroyed"_s,

@@ -77,6 +77,22 @@ TEST_F(PluginLoading, LooksOnlyAtFoldersDirectlyInTheSupportFolder)
     EXPECT_TRUE(reports.all.isEmpty());
 }
 
+TEST_F(PluginLoading, LoadsAModuleOnceHoweverManyBundlesLeadToIt)
+{
+    services.addFixture(u"Good"_s, services.resources());
+    QDir().mkpath(own(u"Linked.bundle"_s));
+    QFile::link(u"../Good.bundle/Contents"_s, own(u"Linked.bundle/Contents"_s));
+    QFile::link(u"Good.bundle"_s, own(u"Other.bundle"_s));
+    plugins.loadAllPlugins();
+    EXPECT_EQ(ids(), QStringList{u"Good"_s});
+    ASSERT_EQ(reports.all.size(), 3);
+    for (const PluginLoadReport &report : reports.all.mid(1)) {
+        EXPECT_FALSE(report.result);
+        EXPECT_TRUE(report.problems.value(0).startsWith(u"its module is loaded already"_s));
+    }
+    EXPECT_NE(plugins.pluginAtIndex(0).value<QObject *>(u"obj"_s), nullptr);
+}
+
 TEST_F(PluginLoading, AMissingSupportFolderIsNoFault)
 {
     plugins.loadAllPlugins();
