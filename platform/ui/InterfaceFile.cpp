@@ -66,9 +66,9 @@ void bindActions(QWidget *window, QObject *owner)
 
 } // namespace
 
-void InterfaceFile::add(const QString &name, Builder builder)
+void InterfaceFile::add(const QString &name, const Builder &builder)
 {
-    files().insert(name, std::move(builder));
+    files().insert(name, builder);
 }
 
 void InterfaceFile::remove(const QString &name)

@@ -16,7 +16,7 @@ public:
     using Builder = std::function<std::unique_ptr<QWidget>()>;
 
     /// Makes a file known. A second one of the same name replaces the first.
-    static void add(const QString &name, Builder builder);
+    static void add(const QString &name, const Builder &builder);
     static void remove(const QString &name);
 
     /// Makes the file's window and connects it with its owner:
