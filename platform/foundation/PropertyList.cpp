@@ -15,6 +15,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <limits>
 #include <memory>
@@ -229,7 +230,9 @@ Result<QVariant> PropertyList::read(const QString &path)
     struct stat status;
     if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))
         return named(u"it is no regular file"_s);
-    const QByteArray data = file.read(PropertyListLimits::bytes + 1);
+    // Asking for as much as may be would have that much memory mapped for every small file.
+    const qint64 expected = std::clamp<qint64>(status.st_size, 4096, PropertyListLimits::bytes);
+    const QByteArray data = file.read(expected + 1);
     if (file.error() != QFileDevice::NoError)
         return named(file.errorString());
     const Result<QVariant> parsed = parse(data);
