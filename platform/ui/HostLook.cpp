@@ -32,6 +32,16 @@ public:
         return hint == SH_EtchDisabledText ? 0 : QProxyStyle::styleHint(hint, option, widget, data);
     }
 
+    QIcon standardIcon(StandardPixmap which, const QStyleOption *option,
+                       const QWidget *widget) const override
+    {
+        // Every menu bar asks for it when it is made. Reading it from its file has all image-format
+        // plugins loaded, to look which of them knows the format; the pixmap is built in.
+        return which == SP_ToolBarHorizontalExtensionButton
+            ? QIcon(standardPixmap(which, option, widget))
+            : QProxyStyle::standardIcon(which, option, widget);
+    }
+
 private:
     static constexpr int titleRowHeight = 26;
 };
