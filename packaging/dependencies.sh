@@ -23,7 +23,7 @@ SOLVANE_TEST_PACKAGES=(
     fonts-noto-cjk imagemagick openbox wmctrl x11-utils xauth xdotool
 )
 
-SOLVANE_BENCHMARK_PACKAGES=(libbenchmark-dev)
+SOLVANE_BENCHMARK_PACKAGES=(libbenchmark-dev libxdamage-dev dbus openbox x11-utils xdotool)
 
 say() {
     printf '%s\n' "$*" >&2
