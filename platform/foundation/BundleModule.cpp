@@ -20,6 +20,13 @@ BundleModule::BundleModule(const QString &modulePath)
 
 Result<BundleModule::Metadata> BundleModule::metadata()
 {
+    if (!m_metadata)
+        m_metadata = readMetadata();
+    return *m_metadata;
+}
+
+Result<BundleModule::Metadata> BundleModule::readMetadata()
+{
     using Answer = Result<Metadata>;
     const QFileInfo file(m_path);
     if (!file.isFile())

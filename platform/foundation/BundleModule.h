@@ -5,6 +5,8 @@
 #include <QJsonObject>
 #include <QPluginLoader>
 
+#include <optional>
+
 class QObject;
 
 /// The code of a bundle: a Qt plugin module with its embedded metadata.
@@ -24,7 +26,7 @@ public:
 
     explicit BundleModule(const QString &modulePath);
 
-    /// Fails for a missing file, one that is no module, and one without metadata.
+    /// Fails for a missing file, one that is no module, and one without metadata. Read once.
     Result<Metadata> metadata();
 
     /// Loads the module with every symbol bound and makes its root object, which the caller owns.
@@ -37,7 +39,10 @@ public:
     bool isInUse() const { return m_isInUse; }
 
 private:
+    Result<Metadata> readMetadata();
+
     bool m_isInUse = false;
+    std::optional<Result<Metadata>> m_metadata;
     QString m_path;
     QPluginLoader m_loader;
 };

@@ -3,7 +3,8 @@
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/SystemServices.h"
 
-#include <QImageReader>
+#include <QPainter>
+#include <QSvgRenderer>
 
 using namespace Qt::StringLiterals;
 
@@ -11,17 +12,21 @@ namespace NamedImage {
 
 QPixmap pixmap(const QString &name, QSize size, qreal devicePixelRatio)
 {
-    for (const QString &type : {u"svg"_s, u"png"_s}) {
-        const QString path = systemServices().mainBundle->pathForResource(name, type);
-        if (path.isNull())
-            continue;
-        QImageReader reader(path);
-        reader.setScaledSize((QSizeF(size) * devicePixelRatio).toSize());
-        QPixmap image = QPixmap::fromImage(reader.read());
-        image.setDevicePixelRatio(devicePixelRatio);
-        return image;
+    const QSize pixels = (QSizeF(size) * devicePixelRatio).toSize();
+    QPixmap image;
+    // Drawn directly: reading an SVG as an image file would load every image-format plugin first.
+    if (QSvgRenderer drawing(systemServices().mainBundle->pathForResource(name, u"svg"_s));
+        drawing.isValid()) {
+        image = QPixmap(pixels);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        drawing.render(&painter, QRectF(QPointF(), QSizeF(pixels)));
+    } else if (const QString path = systemServices().mainBundle->pathForResource(name, u"png"_s);
+               !path.isNull()) {
+        image = QPixmap(path).scaled(pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     }
-    return {};
+    image.setDevicePixelRatio(devicePixelRatio);
+    return image;
 }
 
 } // namespace NamedImage
