@@ -12,6 +12,12 @@ struct CommandLine
     QString snapshot;      ///< path of a picture to save before ending; null for none
     QStringList documents; ///< absolute paths
 
+    /// The bundle of --check-plugin and those after it, as "*.bundle" gives them.
+    QStringList pluginsToCheck() const
+    {
+        return checkPlugin.isNull() ? QStringList() : QStringList{checkPlugin} + documents;
+    }
+
     /// Whether no window is shown and the program ends by itself.
     bool isDiagnosis() const { return listPlugins || !checkPlugin.isNull(); }
 

@@ -2,8 +2,6 @@
 
 #include "host/mndAppDelegate.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <QPixmap>
 #include <QTextStream>
 
@@ -20,7 +18,6 @@ int takeSnapshot(const mndAppDelegate &delegate, const QString &path)
         errors << "solvane: there is no window to take a picture of\n";
         return 1;
     }
-    QDir().mkpath(QFileInfo(path).absolutePath());
     if (!delegate.window()->grab().save(path)) {
         errors << "solvane: the picture could not be saved at " << path << '\n';
         return 1;

@@ -7,6 +7,7 @@
 #include "host/InterfaceFiles.h"
 #include "host/mndAppDelegate.h"
 #include "platform/foundation/Bundle.h"
+#include "platform/foundation/MainThread.h"
 #include "platform/foundation/RealSystemServices.h"
 #include "platform/foundation/RealUserDefaults.h"
 #include "platform/ui/Application.h"
@@ -90,9 +91,10 @@ int diagnose(const CommandLine &commandLine, Application &application)
     QTextStream out(stdout);
     if (commandLine.listPlugins)
         diagnosis.list(out);
-    return commandLine.checkPlugin.isNull()
-        ? 0
-        : diagnosis.check(commandLine.checkPlugin, delegate, out);
+    int status = 0;
+    for (const QString &bundle : commandLine.pluginsToCheck())
+        status |= diagnosis.check(bundle, delegate, out);
+    return status;
 }
 
 int run(const CommandLine &commandLine, Application &application)
@@ -135,7 +137,9 @@ int run(const CommandLine &commandLine, Application &application)
             Application::exit(takeSnapshot(delegate, commandLine.snapshot));
         });
     }
-    return Application::exec();
+    const int status = Application::exec();
+    MainThread::close();
+    return status;
 }
 
 } // namespace

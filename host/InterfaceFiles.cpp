@@ -1,5 +1,6 @@
 #include "host/InterfaceFiles.h"
 
+#include "platform/ui/DesktopServices.h"
 #include "platform/ui/InterfaceFile.h"
 #include "platform/ui/MainWindow.h"
 #include "ui_MainMenu.h"
@@ -7,6 +8,9 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// What a window manager adds around a window, generously; unknown before it is shown.
+constexpr int windowBorders = 48;
 
 std::unique_ptr<QWidget> mainMenu()
 {
@@ -17,6 +21,13 @@ std::unique_ptr<QWidget> mainMenu()
     QSizePolicy policy = designed.sourceList->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     designed.sourceList->setSizePolicy(policy);
+    // On a small or much enlarged screen nothing of the window may lie outside.
+    const QRect room = desktopServices().screen->visibleFrame(window.get());
+    if (room.isValid()) {
+        const QSize largest = room.size() - QSize(windowBorders, windowBorders);
+        window->setMinimumSize(window->minimumSize().boundedTo(largest));
+        window->resize(window->size().boundedTo(largest));
+    }
     return window;
 }
 

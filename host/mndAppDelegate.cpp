@@ -146,6 +146,8 @@ void mndAppDelegate::_loaded2()
         sourceList->doItemsLayout();
         setSidebarNeedsDisplay();
         sourceList->reloadData();
+        // Hiding it has passed the keyboard on.
+        sourceList->setFocus();
     }
     if (_window && _window->centralWidget())
         _window->centralWidget()->update();

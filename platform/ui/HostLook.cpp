@@ -92,6 +92,10 @@ void apply()
                    menus.color(QPalette::Disabled, QPalette::WindowText));
     QApplication::setPalette(menus, "QMenuBar");
     QApplication::setPalette(menus, "QMenu");
+    QApplication::setPalette(menus, "QTabBar");
+    QPalette bars = palette();
+    bars.setColor(QPalette::Button, QColor(0xcf, 0xd6, 0xdd));
+    QApplication::setPalette(bars, "QScrollBar");
 }
 
 } // namespace HostLook

@@ -1,5 +1,7 @@
 #include "platform/ui/RealDesktopServices.h"
 
+#include "platform/ui/NamedImage.h"
+
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFileInfo>
@@ -9,12 +11,17 @@
 #include <QUrl>
 #include <QWidget>
 
+using namespace Qt::StringLiterals;
+
 AlertPanel::Answer MessageBoxAlertPanel::run(const QString &title, const QString &message,
                                              const QString &defaultButton, const QString &alternate)
 {
     QMessageBox box(QMessageBox::Warning, title, title, QMessageBox::NoButton,
                     QApplication::activeWindow());
     box.setInformativeText(message);
+    box.setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint
+                       | Qt::WindowCloseButtonHint);
+    box.setIconPixmap(NamedImage::pixmap(u"solvane"_s, {48, 48}, box.devicePixelRatioF()));
     box.setTextFormat(Qt::PlainText);
     QPushButton *safe = box.addButton(defaultButton, QMessageBox::RejectRole);
     QPushButton *other =

@@ -184,6 +184,14 @@ TEST_F(Host, PutsTheMarkIntoTheMiddleOfTheTitleRow)
     EXPECT_EQ(mark->parentWidget()->size(), QSize(900, 50));
 }
 
+TEST_F(Host, PaintsItsGrounds)
+{
+    start();
+    EXPECT_EQ(window->palette().color(QPalette::Window), Qt::white);
+    EXPECT_EQ(list()->parentWidget()->palette().color(QPalette::Window),
+              delegate->uiTheme()->sidebarColor());
+}
+
 TEST_F(Host, StartsWithoutAWindow)
 {
     window.reset();
@@ -218,6 +226,7 @@ TEST_F(Host, AnswersAPluginThatCallsEverythingFromItsInitialiser)
     services.runScheduled();
     const QStringList events = services.recorder.take();
     EXPECT_TRUE(events.contains(u"6 2 v512"_s));
+    EXPECT_TRUE(events.contains(u"helpers are there"_s)) << "from the very first call on";
     EXPECT_TRUE(events.contains(u"called everything"_s));
     EXPECT_TRUE(delegate->plugins()->listContainsID(u"plugin.fixture.CallsEverything"_s));
     EXPECT_FALSE(delegate->uiModalShowing());
