@@ -54,3 +54,24 @@ ThrowsInInitialize 1 it threw an exception
 Missing 1 .*is no folder
 END
 }
+
+test_ends_without_texts() {
+    cp -r "${solvane%/Contents/*}" "$HOME/"
+    rm "$HOME"/Solvane.app/Contents/Resources/*.strings
+    status=0
+    env -u DISPLAY timeout 20 "$HOME/Solvane.app/Contents/MacOS/solvane" --list-plugins \
+        >"$HOME/listed" 2>"$HOME/errors" || status=$?
+    ((status == 0)) || fail "the status is $status"
+    grep -q '^Fatal error (1): ' "$HOME/errors" || fail "no word of the fatal error"
+}
+
+test_checks_several_bundles_and_a_new_build_of_an_installed_one() {
+    install_plugins Good
+    cp -r "$plugins/Good.bundle" "$HOME/Good.bundle"
+    diagnose --check-plugin "$HOME/Good.bundle/"
+    ((status == 0)) || fail "status $status: $lines"
+    install_plugins ReturnsNil
+    diagnose --check-plugin "$plugins/Good.bundle" "$plugins/ReturnsNil.bundle"
+    ((status == 1)) || fail "status $status: $lines"
+    (($(wc -l <<<"$lines") == 2)) || fail "not a line for each: $lines"
+}
