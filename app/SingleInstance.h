@@ -5,8 +5,8 @@
 
 class Application;
 
-/// One running program per user, over the session bus (org.freedesktop.Application of the Desktop
-/// Entry Specification). Main thread.
+/// One running program per user, over the session bus (org.freedesktop.Application, XDG Desktop
+/// Entry). Main thread.
 class SingleInstance : public QObject
 {
     Q_OBJECT

@@ -20,7 +20,7 @@ class RealUserDefaults : public UserDefaults
 {
 public:
     /// The user's own file: solvane.conf in the folder Solvane of the XDG configuration folder
-    /// (XDG Base Directory Specification).
+    /// (XDG Base Directory).
     static QString defaultFilePath();
 
     /// Reads the file; one that is missing is made at the first synchronize().
