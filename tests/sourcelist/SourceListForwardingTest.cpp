@@ -122,75 +122,67 @@ struct Question
     QVariant answered;
 };
 
-const std::vector<Question> &questions()
-{
-    static const QVariant none;
-    static const std::vector<Question> all{
-        {"set x",
-         [](auto &l, auto i) { return l.outlineViewSetObjectValue(&l, u"x"_s, 0, i), none; }, none,
-         none},
-        {"itemForPersistent",
-         [](auto &l, auto) { return !!l.outlineViewItemForPersistentObject(&l, 5); }, false, true},
-        {"persistentForItem",
-         [](auto &l, auto i) { return l.outlineViewPersistentObjectForItem(&l, i); }, none, 5},
-        {"write", [](auto &l, auto i) { return l.outlineViewWriteItems(&l, {i}, nullptr); }, false,
-         true},
-        {"validate 3",
-         [](auto &l, auto i) { return int(l.outlineViewValidateDrop(&l, nullptr, i, 3)); }, 0,
-         int(Qt::CopyAction)},
-        {"accept 3", [](auto &l, auto i) { return l.outlineViewAcceptDrop(&l, nullptr, i, 3); },
-         false, true},
-        {"promised",
-         [](auto &l, auto i) {
-             return l.outlineViewNamesOfPromisedFilesDroppedAtDestination(&l, QUrl(), {i});
-         },
-         QStringList(), QStringList{u"file"_s}},
-        {"writer", [](auto &l, auto i) { return !!l.outlineViewPasteboardWriterForItem(&l, i); },
-         false, true},
-        {"begin",
-         [](auto &l, auto i) {
-             return l.outlineViewDraggingSessionWillBeginAtPoint(&l, nullptr, {}, {i}), none;
-         },
-         none, none},
-        {"ended",
-         [](auto &l, auto) {
-             return l.outlineViewDraggingSessionEndedAtPoint(&l, nullptr, {}, Qt::IgnoreAction),
-                    none;
-         },
-         none, none},
-        {"update",
-         [](auto &l, auto) { return l.outlineViewUpdateDraggingItemsForDrag(&l, nullptr), none; },
-         none, none},
-        {"expand", [](auto &l, auto i) { return l.outlineViewShouldExpandItem(&l, i); }, true,
-         false},
-        {"collapse", [](auto &l, auto i) { return l.outlineViewShouldCollapseItem(&l, i); }, true,
-         false},
-        {"select", [](auto &l, auto i) { return l.outlineViewShouldSelectItem(&l, i); }, true,
-         false},
-        {"indexes",
-         [](auto &l, auto) {
-             return *l.outlineViewSelectionIndexesForProposedSelection(&l, {1}).begin();
-         },
-         1, 9},
-        {"edit", [](auto &l, auto i) { return l.outlineViewShouldEditTableColumn(&l, 0, i); }, true,
-         false},
-        {"track", [](auto &l, auto i) { return l.outlineViewShouldTrackCell(&l, {}, 0, i); }, false,
-         true},
-        {"cell",
-         [](auto &l, auto i) { return int(l.outlineViewDataCellForTableColumn(&l, 0, i).kind); },
-         int(OutlineViewCell::Text), int(OutlineViewCell::Custom)},
-        {"height", [](auto &l, auto i) { return l.outlineViewHeightOfRowByItem(&l, i); }, 33.0,
-         40.0},
-        {"willDisplay",
-         [](auto &l, auto i) {
-             OutlineViewCell cell;
-             l.outlineViewWillDisplayCell(&l, cell, 0, i);
-             return cell.text;
-         },
-         QString(), u"!"_s},
-    };
-    return all;
-}
+const QVariant none;
+
+const std::vector<Question> questions{
+    {"set x", [](auto &l, auto i) { return l.outlineViewSetObjectValue(&l, u"x"_s, 0, i), none; },
+     none, none},
+    {"itemForPersistent",
+     [](auto &l, auto) { return !!l.outlineViewItemForPersistentObject(&l, 5); }, false, true},
+    {"persistentForItem",
+     [](auto &l, auto i) { return l.outlineViewPersistentObjectForItem(&l, i); }, none, 5},
+    {"write", [](auto &l, auto i) { return l.outlineViewWriteItems(&l, {i}, nullptr); }, false,
+     true},
+    {"validate 3",
+     [](auto &l, auto i) { return int(l.outlineViewValidateDrop(&l, nullptr, i, 3)); }, 0,
+     int(Qt::CopyAction)},
+    {"accept 3", [](auto &l, auto i) { return l.outlineViewAcceptDrop(&l, nullptr, i, 3); }, false,
+     true},
+    {"promised",
+     [](auto &l, auto i) {
+         return l.outlineViewNamesOfPromisedFilesDroppedAtDestination(&l, QUrl(), {i});
+     },
+     QStringList(), QStringList{u"file"_s}},
+    {"writer", [](auto &l, auto i) { return !!l.outlineViewPasteboardWriterForItem(&l, i); }, false,
+     true},
+    {"begin",
+     [](auto &l, auto i) {
+         return l.outlineViewDraggingSessionWillBeginAtPoint(&l, nullptr, {}, {i}), none;
+     },
+     none, none},
+    {"ended",
+     [](auto &l, auto) {
+         return l.outlineViewDraggingSessionEndedAtPoint(&l, nullptr, {}, Qt::IgnoreAction), none;
+     },
+     none, none},
+    {"update",
+     [](auto &l, auto) { return l.outlineViewUpdateDraggingItemsForDrag(&l, nullptr), none; }, none,
+     none},
+    {"expand", [](auto &l, auto i) { return l.outlineViewShouldExpandItem(&l, i); }, true, false},
+    {"collapse", [](auto &l, auto i) { return l.outlineViewShouldCollapseItem(&l, i); }, true,
+     false},
+    {"select", [](auto &l, auto i) { return l.outlineViewShouldSelectItem(&l, i); }, true, false},
+    {"indexes",
+     [](auto &l, auto) {
+         return *l.outlineViewSelectionIndexesForProposedSelection(&l, {1}).begin();
+     },
+     1, 9},
+    {"edit", [](auto &l, auto i) { return l.outlineViewShouldEditTableColumn(&l, 0, i); }, true,
+     false},
+    {"track", [](auto &l, auto i) { return l.outlineViewShouldTrackCell(&l, {}, 0, i); }, false,
+     true},
+    {"cell",
+     [](auto &l, auto i) { return int(l.outlineViewDataCellForTableColumn(&l, 0, i).kind); },
+     int(OutlineViewCell::Text), int(OutlineViewCell::Custom)},
+    {"height", [](auto &l, auto i) { return l.outlineViewHeightOfRowByItem(&l, i); }, 33.0, 40.0},
+    {"willDisplay",
+     [](auto &l, auto i) {
+         OutlineViewCell cell;
+         l.outlineViewWillDisplayCell(&l, cell, 0, i);
+         return cell.text;
+     },
+     QString(), u"!"_s},
+};
 
 } // namespace
 
@@ -202,7 +194,7 @@ TEST(SourceListForwarding, AnswersForThoseWhoDoNotImplement)
     PXSourceList list;
     list.setRowHeight(33);
     const auto askAll = [&](const char *who, OutlineItem entry) {
-        for (const Question &question : questions()) {
+        for (const Question &question : questions) {
             EXPECT_EQ(question.ask(list, entry), question.byDefault) << who << question.name;
         }
     };
@@ -229,7 +221,7 @@ TEST(SourceListForwarding, AsksThoseWhoImplement)
     PXSourceList list;
     list.setDelegate(&answerer);
     list.setDataSource(&answerer);
-    for (const Question &question : questions()) {
+    for (const Question &question : questions) {
         answerer.last.clear();
         EXPECT_EQ(question.ask(list, answerer.item(u"a"_s)), question.answered) << question.name;
         EXPECT_EQ(answerer.last, QLatin1StringView(question.name));
