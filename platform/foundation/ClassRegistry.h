@@ -12,13 +12,20 @@
 /// be made when its constructor without arguments is Q_INVOKABLE. Any thread.
 namespace ClassRegistry {
 
+/// Null for an unknown name.
+inline const QMetaObject *metaObject(const QString &className)
+{
+    const QMetaType pointer = QMetaType::fromName(className.toUtf8() + '*');
+    const bool isObject = pointer.isValid() && (pointer.flags() & QMetaType::PointerToQObject);
+    return isObject ? pointer.metaObject() : nullptr;
+}
+
 /// A new object of the class, the caller's. Null for an unknown name, a class that cannot be made,
 /// and one whose constructor throws.
 inline std::unique_ptr<QObject> newInstance(const QString &className)
 {
-    const QMetaType pointer = QMetaType::fromName(className.toUtf8() + '*');
-    const QMetaObject *meta = pointer.isValid() ? pointer.metaObject() : nullptr;
-    if (!meta || !(pointer.flags() & QMetaType::PointerToQObject))
+    const QMetaObject *meta = metaObject(className);
+    if (!meta)
         return nullptr;
     try {
         return std::unique_ptr<QObject>(meta->newInstance());

@@ -1,59 +1,34 @@
 #include "platform/foundation/ElfFile.h"
 
+#include "platform/foundation/ElfTables.h"
+
 #include <QFile>
-
-#include <cstring>
-
-#include <elf.h>
 
 using namespace Qt::StringLiterals;
 
-namespace ElfFile {
-
-namespace {
-
-/// Holds the header and, in every module a linker makes, all program headers: one read will do.
-constexpr qint64 usualHeaders = 4096;
-
-template <typename Header>
-bool copyFrom(const QByteArray &bytes, quint64 offset, Header &header)
-{
-    const auto size = static_cast<quint64>(bytes.size());
-    if (offset > size || size - offset < sizeof header)
-        return false;
-    std::memcpy(&header, bytes.constData() + offset, sizeof header);
-    return true;
-}
-
-} // namespace
-
-QString problem(const QString &path)
+QString ElfFile::problem(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return file.errorString();
-    QByteArray bytes = file.read(usualHeaders);
     Elf64_Ehdr header{};
-    if (!copyFrom(bytes, 0, header) || std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0
-        || header.e_ident[EI_CLASS] != ELFCLASS64 || header.e_phentsize != sizeof(Elf64_Phdr)) {
+    const auto size = static_cast<quint64>(file.size());
+    const uchar *bytes = size < sizeof header ? nullptr : file.map(0, file.size());
+    if (bytes)
+        std::memcpy(&header, bytes, sizeof header);
+    if (std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 || header.e_ident[EI_CLASS] != ELFCLASS64
+        || header.e_phentsize != sizeof(Elf64_Phdr)) {
         return u"it is no 64-bit ELF file"_s;
     }
-    const auto size = static_cast<quint64>(file.size());
-    const quint64 tableSize = header.e_phnum * sizeof(Elf64_Phdr);
-    if (header.e_phoff > size || size - header.e_phoff < tableSize)
+    if (header.e_phoff > size || size - header.e_phoff < header.e_phnum * sizeof(Elf64_Phdr))
         return u"it is cut off"_s;
-    if (header.e_phoff + tableSize > static_cast<quint64>(bytes.size()))
-        bytes += file.read(static_cast<qint64>(header.e_phoff + tableSize) - bytes.size());
-    for (quint64 i = 0; i < header.e_phnum; ++i) {
-        Elf64_Phdr segment{};
-        if (!copyFrom(bytes, header.e_phoff + i * sizeof segment, segment))
-            return u"it is cut off"_s;
+    std::vector<Elf64_Phdr> segments(header.e_phnum);
+    std::memcpy(segments.data(), bytes + header.e_phoff, segments.size() * sizeof(Elf64_Phdr));
+    for (const Elf64_Phdr &segment : segments) {
         if (segment.p_type == PT_LOAD
             && (segment.p_offset > size || segment.p_filesz > size - segment.p_offset)) {
             return u"it is cut off"_s;
         }
     }
-    return {};
+    return ElfTables({bytes, static_cast<qsizetype>(size)}, std::move(segments)).problem();
 }
-
-} // namespace ElfFile

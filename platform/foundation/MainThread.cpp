@@ -20,7 +20,8 @@ struct Errand
 {
     std::function<void()> work;
     std::atomic<bool> isTaken = false;
-    QSemaphore done;
+    std::atomic<bool> isDone = false;
+    QSemaphore done; ///< ends the wait
 };
 
 constexpr int lookUp = 50; // milliseconds between two looks at whether the loop has ended
@@ -43,11 +44,15 @@ void runAndWait(const std::function<void()> &work)
     const auto errand = std::make_shared<Errand>();
     errand->work = work;
     runLater([errand] {
-        const auto goOn = qScopeGuard([&] { errand->done.release(); });
+        const auto goOn = qScopeGuard([&] {
+            errand->isDone = true;
+            errand->done.release();
+        });
         if (!errand->isTaken.exchange(true))
             errand->work();
     });
-    while (!errand->done.tryAcquire(1, lookUp)) {
+    while (!errand->isDone) {
+        errand->done.tryAcquire(1, lookUp);
         if (isClosed && !errand->isTaken.exchange(true))
             return;
     }

@@ -7,12 +7,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-bool namesNoLanguage(const QString &locale)
-{
-    const QString name = locale.section(u'.', 0, 0).section(u'@', 0, 0);
-    return name.isEmpty() || name == "C"_L1 || name == "POSIX"_L1;
-}
-
 /// The modifiers that change the script; others ("euro", "valencia") say nothing about it.
 QString scriptOfModifier(const QString &modifier)
 {
@@ -88,7 +82,8 @@ QStringList preferredLanguages(const QStringList &appleLanguages,
             if (locale.isEmpty())
                 locale = environment(variable);
         }
-        if (namesNoLanguage(locale))
+        // As gettext has it: the plain C locale, spelled so, shuts LANGUAGE up; "C.UTF-8" does not.
+        if (locale.isEmpty() || locale == "C"_L1 || locale == "POSIX"_L1)
             return {};
         const QStringList names = environment("LANGUAGE").split(u':') << locale;
         for (const QString &name : names)

@@ -4,18 +4,14 @@
 #include "platform/foundation/PropertyListLimits.h"
 #include "platform/foundation/PropertyListText.h"
 #include "platform/foundation/PropertyListXmlCheck.h"
+#include "platform/foundation/RegularFile.h"
 
 #include <QDateTime>
-#include <QFile>
 #include <QRegularExpression>
 #include <QStringDecoder>
 
-#include <fcntl.h>
 #include <plist/plist.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <limits>
 #include <memory>
@@ -214,27 +210,9 @@ Result<QVariant> PropertyList::parse(const QByteArray &data)
 
 Result<QVariant> PropertyList::read(const QString &path)
 {
-    const auto named = [&](const QString &reason) { return failure(path + u": "_s + reason); };
-    if (path.contains(QChar(u'\0')))
-        return named(u"it is no file name"_s);
-    // Opening a pipe waits for its writer unless told not to.
-    const int descriptor =
-        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0)
-        return named(qt_error_string());
-    QFile file;
-    if (!file.open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle)) {
-        ::close(descriptor);
-        return named(file.errorString());
-    }
-    struct stat status;
-    if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))
-        return named(u"it is no regular file"_s);
-    // Asking for as much as may be would have that much memory mapped for every small file.
-    const qint64 expected = std::clamp<qint64>(status.st_size, 4096, PropertyListLimits::bytes);
-    const QByteArray data = file.read(expected + 1);
-    if (file.error() != QFileDevice::NoError)
-        return named(file.errorString());
-    const Result<QVariant> parsed = parse(data);
-    return parsed ? parsed : named(parsed.error());
+    const Result<QByteArray> data = RegularFile::read(path, PropertyListLimits::bytes);
+    if (!data)
+        return failure(data.error());
+    const Result<QVariant> parsed = parse(data.value());
+    return parsed ? parsed : failure(path + u": "_s + parsed.error());
 }

@@ -28,16 +28,17 @@ struct Object
 {
     bool valid = false;
     bool isString = false;
+    bool isWide = false;    ///< UTF-16
     quint64 payload = 0;    ///< bytes of a scalar
     quint64 references = 0; ///< number of references, keys first in a dictionary
     quint64 keys = 0;
-    quint64 firstReference = 0; ///< where they begin
+    quint64 firstReference = 0; ///< where they, or the payload, begin
 };
 
-class Check
+class BinaryCheck
 {
 public:
-    explicit Check(const QByteArray &data)
+    explicit BinaryCheck(const QByteArray &data)
         : m_data(data)
     { }
 
@@ -136,9 +137,24 @@ private:
             return result;
         }
         result.isString = type == 5 || type == 6;
+        result.isWide = type == 6;
         result.firstReference = position;
         result.valid = result.payload <= room && result.references <= room / m_referenceSize;
         return result;
+    }
+
+    /// libplist ends the program over a key with a zero character.
+    bool isKey(quint64 index) const
+    {
+        const Object key = object(index);
+        if (!key.isString)
+            return false;
+        const quint64 width = key.isWide ? 2 : 1;
+        for (quint64 i = 0; i < key.payload; i += width) {
+            if (number(key.firstReference + i, width) == 0)
+                return false;
+        }
+        return true;
     }
 
     /// Depth first without recursion: an object is measured when all it refers to is.
@@ -181,7 +197,7 @@ private:
                     return damaged(child);
                 continue;
             }
-            if (visit.next < visit.object.keys && !object(child).isString)
+            if (visit.next < visit.object.keys && !isKey(child))
                 return u"a key of object %1 is no text"_s.arg(visit.index);
             ++visit.next;
             extent.depth = std::max(extent.depth, inner.depth + 1);
@@ -210,5 +226,5 @@ private:
 
 QString PropertyListBinaryCheck::problem(const QByteArray &data)
 {
-    return Check(data).problem();
+    return BinaryCheck(data).problem();
 }

@@ -1,10 +1,13 @@
 #include "platform/foundation/PropertyListText.h"
 
+#include "platform/foundation/OneLine.h"
 #include "platform/foundation/PropertyListLimits.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr qsizetype longestQuote = 40; // characters
 
 bool isLineEnd(QChar c)
 {
@@ -176,8 +179,9 @@ private:
                     return false;
             }
             if (!take(u';')) {
-                return fail(hasValue ? u"; after the value of \"%1\""_s.arg(key)
-                                     : u"= or ; after the key \"%1\""_s.arg(key),
+                return fail(hasValue
+                                ? u"; after the value of \"%1\""_s.arg(oneLine(key, longestQuote))
+                                : u"= or ; after the key \"%1\""_s.arg(oneLine(key, longestQuote)),
                             end);
             }
             pairs.insert(key, value);

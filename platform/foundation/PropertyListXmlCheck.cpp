@@ -1,5 +1,6 @@
 #include "platform/foundation/PropertyListXmlCheck.h"
 
+#include "platform/foundation/OneLine.h"
 #include "platform/foundation/PropertyListLimits.h"
 
 #include <QDateTime>
@@ -9,6 +10,8 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr qsizetype longestReason = 120; // characters
 
 enum class Kind { Root, Dictionary, Array, Leaf, Unknown };
 
@@ -44,10 +47,10 @@ bool isReadable(QStringView name, const QString &text)
     return ok;
 }
 
-class Check
+class XmlCheck
 {
 public:
-    explicit Check(const QString &document)
+    explicit XmlCheck(const QString &document)
         : m_reader(document)
     { }
 
@@ -82,7 +85,7 @@ private:
 
     void fail(const QString &what)
     {
-        m_problem = u"line %1: %2"_s.arg(m_reader.lineNumber()).arg(what);
+        m_problem = u"line %1: %2"_s.arg(m_reader.lineNumber()).arg(oneLine(what, longestReason));
     }
 
     void start()
@@ -139,5 +142,5 @@ private:
 
 QString PropertyListXmlCheck::problem(const QString &document)
 {
-    return Check(document).problem();
+    return XmlCheck(document).problem();
 }

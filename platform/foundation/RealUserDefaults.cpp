@@ -99,14 +99,13 @@ QString RealUserDefaults::defaultFilePath()
 RealUserDefaults::RealUserDefaults(const QString &filePath)
     : m_filePath(filePath)
 {
-    auto values = std::make_unique<Values>();
+    Values values;
     const QSettings file(m_filePath, QSettings::IniFormat);
     const QStringList keys = file.allKeys();
     for (const QString &key : keys)
-        values->insert(keyFromFile(key), fromFile(file.value(key)));
+        values.insert(keyFromFile(key), fromFile(file.value(key)));
     m_fileIsDamaged = file.status() == QSettings::FormatError;
-    m_values = values.get();
-    m_snapshots.push_back(std::move(values));
+    m_values.replace(std::move(values));
 }
 
 RealUserDefaults::~RealUserDefaults()
@@ -114,25 +113,15 @@ RealUserDefaults::~RealUserDefaults()
     synchronize();
 }
 
-template <typename Work>
-auto RealUserDefaults::read(Work work) const
-{
-    // The order counts: once a writer has put a new snapshot in place and sees no reader, whoever
-    // comes later reads the new one, and the old ones can go.
-    m_readers.fetch_add(1);
-    auto result = work(*m_values.load());
-    m_readers.fetch_sub(1);
-    return result;
-}
-
 QVariant RealUserDefaults::value(const QString &key) const
 {
-    return read([&](const Values &values) { return values.value(key); });
+    return m_values.read([&](const Values &values) { return values.value(key); });
 }
 
 QStringList RealUserDefaults::keys() const
 {
-    QStringList keys = read([](const Values &values) { return QStringList(values.keys()); });
+    QStringList keys =
+        m_values.read([](const Values &values) { return QStringList(values.keys()); });
     keys.sort();
     return keys;
 }
@@ -153,16 +142,13 @@ void RealUserDefaults::change(const QString &key, const std::optional<QVariant> 
         return;
     if (qApp && !MainThread::isCurrent())
         return MainThread::runAndWait([&] { change(key, value); });
-    auto values = std::make_unique<Values>(*m_snapshots.back());
+    Values values = m_values.latest();
     if (value)
-        values->insert(key, *value);
-    else if (!values->remove(key))
+        values.insert(key, *value);
+    else if (!values.remove(key))
         return;
     m_pending.insert(key, value);
-    m_values = values.get();
-    m_snapshots.push_back(std::move(values));
-    if (m_readers.load() == 0)
-        m_snapshots.erase(m_snapshots.begin(), m_snapshots.end() - 1);
+    m_values.replace(std::move(values));
 }
 
 bool RealUserDefaults::synchronize()

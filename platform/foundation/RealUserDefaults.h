@@ -1,14 +1,12 @@
 #pragma once
 
+#include "platform/foundation/Snapshots.h"
 #include "platform/foundation/SystemServices.h"
 
 #include <QHash>
 #include <QMap>
 
-#include <atomic>
-#include <memory>
 #include <optional>
-#include <vector>
 
 /// User defaults in one INI file, in which every value keeps its type.
 ///
@@ -38,17 +36,12 @@ public:
 private:
     using Values = QHash<QString, QVariant>;
 
-    template <typename Work>
-    auto read(Work work) const;
     void change(const QString &key, const std::optional<QVariant> &value);
     bool keepDamagedFile();
     bool write();
 
     const QString m_filePath;
-    mutable std::atomic<int> m_readers = 0;
-    std::atomic<const Values *> m_values = nullptr;
-    /// Owns the snapshot in use, last, and those that a reader may still be in.
-    std::vector<std::unique_ptr<const Values>> m_snapshots;
+    Snapshots<Values> m_values;
     /// What is not on disk yet; nothing stands for removed.
     QMap<QString, std::optional<QVariant>> m_pending;
     bool m_fileIsDamaged = false;

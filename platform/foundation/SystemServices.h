@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/foundation/FileSystem.h"
+
 #include <QByteArray>
 #include <QDateTime>
 #include <QLocale>
@@ -7,6 +9,7 @@
 #include <QVariant>
 
 #include <functional>
+#include <optional>
 
 class Bundle;
 class QObject;
@@ -83,6 +86,29 @@ public:
     virtual void exit(int status) = 0;
 };
 
+/// What the machine is. Any thread.
+class MachineFacts
+{
+public:
+    virtual ~MachineFacts() = default;
+    /// Null when unknown.
+    virtual QString modelName() const = 0;
+    /// The operating system and its version, for a person.
+    virtual QString osVersion() const = 0;
+    virtual std::optional<int> cpuCount() const = 0;
+    virtual std::optional<int> cpuSpeed() const = 0; ///< MHz
+    virtual std::optional<int> ramSize() const = 0;  ///< megabytes
+};
+
+/// What the firmware says about the machine. Any thread.
+class DeviceTree
+{
+public:
+    virtual ~DeviceTree() = default;
+    /// The bytes of the property "serial-number"; nothing when there is no such property.
+    virtual std::optional<QByteArray> serialNumber() const = 0;
+};
+
 /// Everything without a window that leaves the process. The running program sets the real ones
 /// once, a test its own; none is ever null while the delegate lives. Not owned.
 struct SystemServices
@@ -95,6 +121,11 @@ struct SystemServices
     SystemLog *systemLog = nullptr;
     ProcessEnd *processEnd = nullptr;
     Bundle *mainBundle = nullptr;
+    MachineFacts *machineFacts = nullptr;
+    DeviceTree *deviceTree = nullptr;
+    FileSystem *fileSystem = nullptr;
+    /// 1: store edition, confined to folders the user has chosen; 2: web edition.
+    quint64 edition = 2;
 };
 
 SystemServices &systemServices();

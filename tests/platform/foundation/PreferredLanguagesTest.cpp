@@ -48,7 +48,8 @@ TEST(PreferredLanguages, TakesVariablesInTheirUsualOrder)
          {u"de-AT"_s, u"de"_s, u"en-GB"_s, u"en"_s}},
         {{{language, u"de"_s}, {lang, u"de_DE"_s}}, {u"de"_s}},
         {{{language, u"de"_s}, {lang, u"C"_s}}, {}},
-        {{{language, u"de"_s}, {lang, u"de_DE"_s}, {all, u"C.UTF-8"_s}}, {}},
+        {{{language, u"de"_s}, {lang, u"de_DE"_s}, {all, u"POSIX"_s}}, {}},
+        {{{language, u"de"_s}, {lang, u"de_DE"_s}, {all, u"C.UTF-8"_s}}, {u"de"_s}},
         {{{language, u"de"_s}}, {}},
     };
     for (const Case &c : cases)

@@ -8,7 +8,11 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <atomic>
+#include <csignal>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -138,4 +142,40 @@ TEST_F(RealUserDefaultsTest, IsReadFromAnyThreadWhileItChanges)
     EXPECT_TRUE(QTest::qWaitFor([&] { return done.load(); }));
     writer.join();
     EXPECT_EQ(defaults.value(u"other"_s), QVariant(1));
+}
+
+TEST_F(RealUserDefaultsTest, LosesNothingWhenItsProcessIsKilledWhileWriting)
+{
+    constexpr int rounds = 100;
+    const QString filler(20000, u'x');
+    int stored = 0;
+    for (int round = 0; round < rounds; ++round) {
+        int ends[2];
+        ASSERT_EQ(::pipe(ends), 0);
+        const pid_t child = ::fork();
+        if (child == 0) {
+            RealUserDefaults defaults(m_path);
+            for (int count = defaults.value(u"count"_s).toInt() + 1;; ++count) {
+                defaults.setValue(u"count"_s, count);
+                defaults.setValue(u"filler%1"_s.arg(count % 5), filler);
+                if (!defaults.synchronize() || ::write(ends[1], &count, sizeof count) < 0)
+                    ::_exit(1);
+            }
+        }
+        ::close(ends[1]);
+        int told = 0;
+        for (int i = 0; i <= round % 4; ++i)
+            ASSERT_EQ(::read(ends[0], &told, sizeof told), ssize_t(sizeof told));
+        ::kill(child, SIGKILL);
+        ::waitpid(child, nullptr, 0);
+        for (int later = 0; ::read(ends[0], &later, sizeof later) > 0;)
+            told = later;
+        ::close(ends[0]);
+        const RealUserDefaults defaults(m_path);
+        stored = defaults.value(u"count"_s).toInt();
+        ASSERT_TRUE(stored == told || stored == told + 1) << stored << " is not " << told;
+        ASSERT_EQ(defaults.value(u"filler%1"_s.arg(told % 5)), filler);
+    }
+    EXPECT_GE(stored, rounds);
+    EXPECT_FALSE(QFile::exists(m_path + u".damaged"_s));
 }

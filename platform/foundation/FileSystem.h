@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+/// What a file system says of an item itself, links not followed.
+struct FileAttributes
+{
+    enum Type { RegularFile, Folder, Link, Other };
+
+    Type type = RegularFile;
+    std::optional<qint64> size; ///< bytes; nothing when the file system reports none
+};
+
+/// A file that is being written, from its start. Closed by its end at the latest. One thread.
+class FileWriter
+{
+public:
+    virtual ~FileWriter() = default;
+    /// All of it, behind what was written before.
+    virtual bool write(QByteArrayView bytes) = 0;
+    /// Answers whether all that was written has reached the disk.
+    virtual bool synchronize() = 0;
+    virtual bool close() = 0;
+};
+
+/// Files by path, written as FilePath writes them and of any length. False or nothing tells that a
+/// step failed. Nothing throws. Any thread.
+class FileSystem
+{
+public:
+    virtual ~FileSystem() = default;
+
+    /// Nothing for a missing item, or one that may not be looked at.
+    virtual std::optional<FileAttributes> attributes(const QString &path) const = 0;
+    /// Whether there is something at the end of all links.
+    virtual bool exists(const QString &path) const = 0;
+
+    /// A file, a link itself or an empty folder, as the C library's remove().
+    virtual bool remove(const QString &path) = 0;
+    /// As ::removeTree().
+    virtual bool removeTree(const QString &path) = 0;
+
+    /// The whole content of a regular file, or of one that a link leads to, of at most so many
+    /// bytes; nothing for anything else. Waits for no writer.
+    virtual std::optional<QByteArray> readFile(const QString &path, qsizetype limit) const = 0;
+    /// Makes the content a regular file's own, links followed; a failure may leave a part. Anything
+    /// that is there but no regular file is left alone, and no reader waited for.
+    virtual bool writeFile(const QString &path, QByteArrayView content) = 0;
+    /// Makes a file, which must not exist, not even as a link, and which its owner alone may read.
+    virtual bool createFile(const QString &path, QByteArrayView content) = 0;
+    /// Opens a regular file that has this name only, to write over what it holds; null for anything
+    /// else, such as a link.
+    virtual std::unique_ptr<FileWriter> openForWriting(const QString &path) = 0;
+};

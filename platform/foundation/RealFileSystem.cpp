@@ -1,0 +1,135 @@
+#include "platform/foundation/RealFileSystem.h"
+
+#include "platform/foundation/FilePlace.h"
+#include "platform/foundation/RegularFile.h"
+#include "platform/foundation/TreeRemoval.h"
+
+#include <sys/stat.h>
+
+namespace {
+
+FileDescriptor openFile(const QString &path, int flags, mode_t mode = 0)
+{
+    const FilePlace place = FilePlace::of(path);
+    return FileDescriptor(uninterrupted(
+        [&] { return ::openat64(place.folder(), place.path(), flags | O_CLOEXEC, mode); }));
+}
+
+bool writeAll(int descriptor, QByteArrayView bytes)
+{
+    while (!bytes.isEmpty()) {
+        const ssize_t count = uninterrupted(
+            [&] { return ::write(descriptor, bytes.data(), static_cast<size_t>(bytes.size())); });
+        if (count <= 0)
+            return false;
+        bytes = bytes.sliced(count);
+    }
+    return true;
+}
+
+bool writeContent(FileDescriptor file, QByteArrayView content)
+{
+    return file.isOpen() && writeAll(file.number(), content) && file.close();
+}
+
+bool isRegular(const FileDescriptor &file, nlink_t *names = nullptr)
+{
+    struct stat64 status;
+    if (!file.isOpen() || ::fstat64(file.number(), &status) != 0)
+        return false;
+    if (names)
+        *names = status.st_nlink;
+    return S_ISREG(status.st_mode);
+}
+
+FileAttributes::Type typeOf(mode_t mode)
+{
+    switch (mode & S_IFMT) {
+    case S_IFREG:
+        return FileAttributes::RegularFile;
+    case S_IFDIR:
+        return FileAttributes::Folder;
+    case S_IFLNK:
+        return FileAttributes::Link;
+    default:
+        return FileAttributes::Other;
+    }
+}
+
+class RealFileWriter : public FileWriter
+{
+public:
+    explicit RealFileWriter(FileDescriptor file)
+        : m_file(std::move(file))
+    { }
+
+    bool write(QByteArrayView bytes) override { return writeAll(m_file.number(), bytes); }
+    bool synchronize() override
+    {
+        return uninterrupted([this] { return ::fsync(m_file.number()); }) == 0;
+    }
+    bool close() override { return m_file.close(); }
+
+private:
+    FileDescriptor m_file;
+};
+
+} // namespace
+
+std::optional<FileAttributes> RealFileSystem::attributes(const QString &path) const
+{
+    const FilePlace place = FilePlace::of(path);
+    struct stat64 status;
+    if (::fstatat64(place.folder(), place.path(), &status, AT_SYMLINK_NOFOLLOW) != 0)
+        return std::nullopt;
+    return FileAttributes{typeOf(status.st_mode), status.st_size};
+}
+
+bool RealFileSystem::exists(const QString &path) const
+{
+    const FilePlace place = FilePlace::of(path);
+    return ::faccessat(place.folder(), place.path(), F_OK, 0) == 0;
+}
+
+bool RealFileSystem::remove(const QString &path)
+{
+    // What remove() does, which has no form for paths longer than it takes.
+    const FilePlace place = FilePlace::of(path);
+    const auto unlink = [&](int flags) {
+        return uninterrupted([&] { return ::unlinkat(place.folder(), place.path(), flags); }) == 0;
+    };
+    return unlink(0) || (errno == EISDIR && unlink(AT_REMOVEDIR));
+}
+
+bool RealFileSystem::removeTree(const QString &path)
+{
+    return ::removeTree(path);
+}
+
+std::optional<QByteArray> RealFileSystem::readFile(const QString &path, qsizetype limit) const
+{
+    const Result<QByteArray> content = RegularFile::read(path, limit);
+    return content ? std::optional(content.value()) : std::nullopt;
+}
+
+bool RealFileSystem::writeFile(const QString &path, QByteArrayView content)
+{
+    FileDescriptor file = openFile(path, O_WRONLY | O_CREAT | O_NONBLOCK | O_NOCTTY, 0666);
+    return isRegular(file) && ::ftruncate64(file.number(), 0) == 0
+        && writeContent(std::move(file), content);
+}
+
+bool RealFileSystem::createFile(const QString &path, QByteArrayView content)
+{
+    return writeContent(openFile(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600), content);
+}
+
+std::unique_ptr<FileWriter> RealFileSystem::openForWriting(const QString &path)
+{
+    // Without waiting for the other end of a pipe.
+    FileDescriptor file = openFile(path, O_WRONLY | O_NOFOLLOW | O_NONBLOCK);
+    nlink_t names = 0;
+    if (!isRegular(file, &names) || names != 1)
+        return nullptr;
+    return std::make_unique<RealFileWriter>(std::move(file));
+}

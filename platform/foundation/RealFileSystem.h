@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/foundation/FileSystem.h"
+
+/// The file system as the running program has it.
+class RealFileSystem : public FileSystem
+{
+public:
+    std::optional<FileAttributes> attributes(const QString &path) const override;
+    bool exists(const QString &path) const override;
+    bool remove(const QString &path) override;
+    bool removeTree(const QString &path) override;
+    std::optional<QByteArray> readFile(const QString &path, qsizetype limit) const override;
+    bool writeFile(const QString &path, QByteArrayView content) override;
+    bool createFile(const QString &path, QByteArrayView content) override;
+    std::unique_ptr<FileWriter> openForWriting(const QString &path) override;
+};

@@ -1,0 +1,130 @@
+#include "platform/foundation/RealFileSystem.h"
+#include "tests/platform/foundation/FileTree.h"
+
+#include <sched.h>
+#include <sys/mount.h>
+
+#include <atomic>
+#include <thread>
+
+TEST(FileRemoval, TakesTreesAndNeverWhatLinksLeadTo)
+{
+    const FileTree tree, other;
+    other.file("kept");
+    tree.folder("t");
+    tree.folder("t/\xff");
+    tree.file("t/\xff/f");
+    for (const char *link : {"t/link", "top"})
+        ASSERT_EQ(::symlink(other.path().c_str(), tree.path(link).c_str()), 0);
+    RealFileSystem files;
+    EXPECT_FALSE(files.remove(tree.text("t")));
+    for (const char *name : {"t/.", "t/..", "missing", "t/link/missing"})
+        EXPECT_FALSE(files.removeTree(tree.text(name))) << name;
+    for (const QString &path :
+         {QStringLiteral("/"), QStringLiteral("//"), QString(), tree.text("t") + QChar(0)})
+        EXPECT_FALSE(files.removeTree(path)) << path.toStdString();
+    EXPECT_TRUE(tree.has("t/\xff/f"));
+    EXPECT_TRUE(files.removeTree(tree.text("t") + u'/'));
+    EXPECT_TRUE(files.removeTree(tree.text("top/")));
+    EXPECT_FALSE(tree.has("t") || tree.has("top"));
+    EXPECT_TRUE(other.has("kept"));
+}
+
+TEST(FileRemoval, ReachesBelowTheLongestPath)
+{
+    const FileTree tree;
+    const std::string last = tree.deep(2000, true);
+    RealFileSystem files;
+    const FewDescriptors few(256);
+    const QString file = tree.text(last.substr(0, last.size() - 6) + "/file");
+    EXPECT_EQ(files.attributes(file).value_or(FileAttributes{FileAttributes::Other, 1}).size, 0);
+    EXPECT_TRUE(files.attributes(tree.text(last) + u'/').has_value());
+    EXPECT_TRUE(files.remove(file));
+    EXPECT_FALSE(files.exists(file));
+    EXPECT_TRUE(files.createFile(file, "new"));
+    EXPECT_EQ(files.readFile(file, 3), QByteArray("new"));
+    EXPECT_TRUE(files.removeTree(tree.text("deep/level")));
+    EXPECT_TRUE(tree.has("deep/file"));
+    EXPECT_FALSE(tree.has("deep/level"));
+}
+
+TEST(FileRemoval, StaysInTheTreeWhileLinksAreSwappedIn)
+{
+    const FileTree tree, other;
+    for (int i = 0; i < 20; ++i)
+        other.file(std::to_string(i));
+    std::atomic<bool> stop = false;
+    std::thread swapper([&] {
+        const std::string folder = tree.path("t/a"), aside = tree.path("t/b");
+        while (!stop) {
+            ::mkdir(folder.c_str(), 0755);
+            ::rename(folder.c_str(), aside.c_str());
+            ::symlink(other.path().c_str(), folder.c_str());
+            ::unlink(folder.c_str());
+            ::rename(aside.c_str(), folder.c_str());
+            ::renameat2(AT_FDCWD, tree.path("link").c_str(), AT_FDCWD, tree.path("t").c_str(),
+                        RENAME_EXCHANGE);
+        }
+    });
+    RealFileSystem files;
+    for (int i = 0; i < 3000; ++i) {
+        ::mkdir(tree.path("t").c_str(), 0755);
+        ::mkdir(tree.path("t/a").c_str(), 0755);
+        [[maybe_unused]] const int linked =
+            ::symlink(other.path().c_str(), tree.path("link").c_str());
+        files.removeTree(tree.text("t"));
+    }
+    stop = true;
+    swapper.join();
+    for (int i = 0; i < 20; ++i)
+        EXPECT_TRUE(other.has(std::to_string(i))) << i;
+}
+
+TEST(FileRemoval, LeavesMountedVolumesAndRemovesTheRest)
+{
+    const FileTree tree, other;
+    other.file("kept");
+    for (const char *folder : {"t", "t/mount", "t/z"})
+        tree.folder(folder);
+    tree.file("t/a");
+    tree.file("t/z/b");
+    bool mounted = false;
+    std::thread([&] { // in a view of the file system of its own
+        mounted = ::unshare(CLONE_NEWNS) == 0
+            && ::mount("", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0
+            && ::mount(other.path().c_str(), tree.path("t/mount").c_str(), nullptr, MS_BIND,
+                       nullptr)
+                == 0;
+        if (!mounted)
+            return;
+        RealFileSystem files;
+        EXPECT_FALSE(files.removeTree(tree.text("t/mount")));
+        EXPECT_FALSE(files.removeTree(tree.text("t")));
+    })
+        .join();
+    if (!mounted)
+        GTEST_SKIP() << "this user may not mount";
+    EXPECT_TRUE(other.has("kept") && tree.has("t/mount"));
+    EXPECT_FALSE(tree.has("t/a") || tree.has("t/z"));
+}
+
+TEST(RealFileSystem, WritesOnlyWhatItIsSupposedTo)
+{
+    const FileTree tree;
+    RealFileSystem files;
+    tree.file("target", 3);
+    ASSERT_EQ(::symlink("target", tree.path("link").c_str()), 0);
+    ASSERT_EQ(::link(tree.path("target").c_str(), tree.path("second").c_str()), 0);
+    ASSERT_EQ(::mkfifo(tree.path("pipe").c_str(), 0600), 0);
+    for (const char *name : {"target", "second", "link", "pipe", "", "missing"})
+        EXPECT_EQ(files.openForWriting(tree.text(name)), nullptr) << name;
+    for (const char *name : {"target", "link", "pipe", "", "missing/x"})
+        EXPECT_FALSE(files.createFile(tree.text(name), "x")) << name;
+    EXPECT_TRUE(files.writeFile(tree.text("link"), "content"));
+    EXPECT_EQ(files.readFile(tree.text("target"), 7), QByteArray("content"));
+    EXPECT_EQ(files.attributes(tree.text("link"))->type, FileAttributes::Link);
+    EXPECT_FALSE(files.writeFile(tree.text("pipe"), "x"));
+    EXPECT_EQ(files.readFile(tree.text("target"), 6), std::nullopt);
+    for (const char *name : {"pipe", "", "missing"})
+        EXPECT_EQ(files.readFile(tree.text(name), 6), std::nullopt) << name;
+}
