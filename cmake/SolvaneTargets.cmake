@@ -13,6 +13,10 @@ set(SOLVANE_RESOURCES_DIR ${SOLVANE_APP_DIR}/Contents/Resources)
 
 add_library(solvane_flags INTERFACE)
 target_compile_options(solvane_flags INTERFACE -Wall -Wextra -Wpedantic -Werror)
+if(CMAKE_UNITY_BUILD)
+    # Several sources in one: what is local to one of them looks like a header's to the compiler.
+    target_compile_options(solvane_flags INTERFACE -Wno-subobject-linkage)
+endif()
 target_compile_definitions(solvane_flags INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 target_include_directories(solvane_flags INTERFACE ${CMAKE_SOURCE_DIR})
@@ -20,6 +24,9 @@ if(SOLVANE_SANITIZE)
     add_compile_options(-fsanitize=${SOLVANE_SANITIZE} -fno-omit-frame-pointer
                         -fno-sanitize-recover=undefined)
     add_link_options(-fsanitize=${SOLVANE_SANITIZE})
+endif()
+if(SOLVANE_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
 # solvane_library(NAME SOURCES ... LIBS ...): a folder of the tree as a static library.
@@ -29,13 +36,17 @@ function(solvane_library name)
     target_link_libraries(${name} PUBLIC solvane_flags ${ARG_LIBS})
 endfunction()
 
-# solvane_test(NAME SOURCES ... LIBS ...): a GoogleTest program, run headless.
+# solvane_test(NAME [THREADS] SOURCES ... LIBS ...): a GoogleTest program, run headless. THREADS
+# marks those that are worth running under the thread sanitizer: ./test.sh --preset tsan -L threads
 function(solvane_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;LIBS")
+    cmake_parse_arguments(PARSE_ARGV 1 ARG "THREADS" "" "SOURCES;LIBS")
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE solvane_test_support ${ARG_LIBS})
     target_compile_options(${name} PRIVATE -include ${CMAKE_SOURCE_DIR}/tests/support/QtPrinters.h)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8" TIMEOUT 300)
+    if(ARG_THREADS)
+        set_tests_properties(${name} PROPERTIES LABELS threads)
+    endif()
 endfunction()

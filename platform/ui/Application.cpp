@@ -5,6 +5,7 @@
 
 #include "platform/ui/ApplicationDelegate.h"
 #include "platform/ui/HostLook.h"
+#include "platform/ui/ModalLoop.h"
 
 #include <QWidget>
 
@@ -55,6 +56,10 @@ void Application::finishLaunching()
 {
     if (auto *receiver = delegate())
         receiver->applicationDidFinishLaunching();
+    // Asked for in a window of the start, before there was a main loop that could have ended.
+    if (m_terminating)
+        QMetaObject::invokeMethod(
+            this, [] { exit(); }, Qt::QueuedConnection);
 }
 
 void Application::reopen()
@@ -79,7 +84,11 @@ void Application::willTerminate()
 
 void Application::terminate(QObject *)
 {
+    m_terminating = true;
     quit();
+    // Before the main loop has begun, quit() means nothing; a modal loop ends by this.
+    if (ModalLoop::isRunning())
+        exit();
 }
 
 void Application::hide(QObject *)

@@ -19,6 +19,9 @@ public:
     /// Tells the delegate that launching is done. Call once, before exec().
     void finishLaunching();
 
+    /// Whether the end has been asked for, even before the main loop has begun.
+    bool isTerminating() const { return m_terminating; }
+
     /// The user started the program again, or asked for it from the tray.
     void reopen();
     /// @return whether the delegate accepted the document.
@@ -35,5 +38,6 @@ public Q_SLOTS:
 private:
     void willTerminate();
 
+    bool m_terminating = false;
     bool m_terminated = false;
 };

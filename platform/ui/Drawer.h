@@ -4,8 +4,9 @@
 
 /// A panel of fixed size that slides out of an edge of the main window.
 ///
-/// Made by the host, unopened; the caller owns it and may delete it at any moment. Main thread
-/// only.
+/// Made by the host, unopened; the caller owns it and may delete it at any moment. The content is
+/// the caller's, too: borrowed while the drawer lives, given back hidden. A drawer whose content or
+/// window is gone opens nothing. Main thread only.
 class Drawer : public QObject
 {
 public:

@@ -1,8 +1,13 @@
 #include "platform/ui/HostLook.h"
 
 #include <QApplication>
+#include <QPainter>
 #include <QPalette>
 #include <QProxyStyle>
+#include <QStyleOptionButton>
+#include <QWidget>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -25,9 +30,19 @@ public:
         return size;
     }
 
+    void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
+                     const QWidget *widget) const override
+    {
+        if (element == CE_CheckBoxLabel || element == CE_RadioButtonLabel)
+            drawBodyOfWhiteTitle(*option, *painter);
+        QProxyStyle::drawControl(element, option, painter, widget);
+    }
+
     int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
                   QStyleHintReturn *data) const override
     {
+        if (hint == SH_Widget_Animation_Duration && m_hasReducedMotion)
+            return 0;
         // An etched shadow makes disabled texts look smudged on a white ground.
         return hint == SH_EtchDisabledText ? 0 : QProxyStyle::styleHint(hint, option, widget, data);
     }
@@ -42,7 +57,38 @@ public:
             : QProxyStyle::standardIcon(which, option, widget);
     }
 
+    /// Answers whether that was a change.
+    bool setReducedMotion(bool reduced)
+    {
+        return std::exchange(m_hasReducedMotion, reduced) != reduced;
+    }
+
 private:
+    /// A title that was made white needs a body on a white page.
+    static void drawBodyOfWhiteTitle(const QStyleOption &option, QPainter &painter)
+    {
+        const QPalette &look = option.palette;
+        const auto *button = qstyleoption_cast<const QStyleOptionButton *>(&option);
+        if (!button || button->text.isEmpty() || look.color(QPalette::WindowText).lightness() < 220
+            || look.color(QPalette::Window).lightness() < 160) {
+            return;
+        }
+        const int width =
+            option.fontMetrics.size(Qt::TextShowMnemonic, button->text).width() + 2 * bodyMargin;
+        const QRect body = QStyle::visualRect(
+            option.direction, option.rect,
+            QRect(option.rect.left() - bodyMargin, option.rect.top(), width, option.rect.height()));
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(look.color(QPalette::Button).lighter(130));
+        painter.drawRoundedRect(body, bodyMargin, bodyMargin);
+        painter.restore();
+    }
+
+    bool m_hasReducedMotion = false;
+
+    static constexpr int bodyMargin = 4;
     static constexpr int titleRowHeight = 26;
 };
 
@@ -96,6 +142,17 @@ void apply()
     QPalette bars = palette();
     bars.setColor(QPalette::Button, QColor(0xcf, 0xd6, 0xdd));
     QApplication::setPalette(bars, "QScrollBar");
+    QApplication::setPalette(bars, "QSlider");
+}
+
+void setReducedMotion(bool reduced)
+{
+    auto *style = dynamic_cast<HostStyle *>(QApplication::style());
+    if (!style || !style->setReducedMotion(reduced))
+        return;
+    QEvent change(QEvent::StyleChange);
+    for (QWidget *widget : QApplication::allWidgets())
+        QCoreApplication::sendEvent(widget, &change);
 }
 
 } // namespace HostLook

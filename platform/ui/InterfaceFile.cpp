@@ -1,6 +1,7 @@
 #include "platform/ui/InterfaceFile.h"
 
 #include "platform/foundation/Perform.h"
+#include "platform/ui/WebView.h"
 
 #include <QAbstractButton>
 #include <QAbstractSlider>
@@ -64,6 +65,17 @@ void bindActions(QWidget *window, QObject *owner)
     }
 }
 
+void bindDelegates(QWidget *window, QObject *owner)
+{
+    for (WebView *page : window->findChildren<WebView *>()) {
+        if (!page->property("delegate").toBool())
+            continue;
+        page->setUIDelegate(owner);
+        page->setEditingDelegate(owner);
+        page->setFrameLoadDelegate(owner);
+    }
+}
+
 } // namespace
 
 void InterfaceFile::add(const QString &name, const Builder &builder)
@@ -84,5 +96,6 @@ std::unique_ptr<QWidget> InterfaceFile::load(const QString &name, QObject *owner
     std::unique_ptr<QWidget> window = (*file)();
     bindOutlets(window.get(), owner);
     bindActions(window.get(), owner);
+    bindDelegates(window.get(), owner);
     return window;
 }

@@ -23,7 +23,9 @@ public:
     ///   - outlets: every property of the owner that is named like an object of the file gets it
     ///     ("window" gets the window itself; a menu goes into a QAction property as its entry);
     ///   - actions: an object with the dynamic property "action" sends that selector to the owner,
-    ///     or to the application object when the owner does not answer it.
+    ///     or to the application object when the owner does not answer it;
+    ///   - delegates: a web view whose dynamic property "delegate" is true asks and tells the
+    ///   owner.
     /// @return the window, the caller's; null when there is no file of that name.
     static std::unique_ptr<QWidget> load(const QString &name, QObject *owner);
 };

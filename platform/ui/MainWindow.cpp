@@ -1,9 +1,14 @@
 #include "platform/ui/MainWindow.h"
 
+#include "platform/ui/DesktopServices.h"
 #include "platform/ui/Sheet.h"
+#include "platform/ui/TouchBarStrip.h"
 
 #include <QCloseEvent>
 #include <QMenuBar>
+#include <QScopeGuard>
+
+#include <algorithm>
 
 MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent)
@@ -40,27 +45,127 @@ void MainWindow::setTitlebarAppearsTransparent(bool transparent)
         menuBar()->setAutoFillBackground(!transparent);
 }
 
+QRect MainWindow::frame()
+{
+    // Of new borders the program hears after the new size: those of a large window may still be the
+    // ones it had before, which would reach beyond the screen.
+    if (isMaximized() || isFullScreen())
+        return frameGeometry() & desktopServices().screen->visibleFrame(this);
+    const QRect outer = frameGeometry();
+    const QRect inner = geometry();
+    m_borders = QMargins(inner.left() - outer.left(), inner.top() - outer.top(),
+                         outer.right() - inner.right(), outer.bottom() - inner.bottom());
+    return outer;
+}
+
 void MainWindow::setFrame(const QRect &frame)
 {
     if (!frame.isValid())
         return;
-    const QMargins borders(geometry().left() - frameGeometry().left(),
-                           geometry().top() - frameGeometry().top(),
-                           frameGeometry().right() - geometry().right(),
-                           frameGeometry().bottom() - geometry().bottom());
-    setGeometry(frame.marginsRemoved(borders));
+    // A maximised window has other borders than the one it is going to be.
+    if (isMaximized() || isFullScreen())
+        showNormal();
+    else
+        this->frame();
+    setGeometry(frame.marginsRemoved(m_borders));
 }
 
-void MainWindow::beginSheet(QWidget *view)
+void MainWindow::center()
 {
-    if (view && !m_sheet)
-        m_sheet = new Sheet(view, centralWidget() ? centralWidget() : this);
+    const QRect room = desktopServices().screen->visibleFrame(this);
+    if (!room.isValid() || isMaximized() || isFullScreen())
+        return;
+    QRect frame = frameGeometry();
+    frame.moveCenter(room.center());
+    move(frame.topLeft());
+}
+
+QWidget *MainWindow::contentView() const
+{
+    return centralWidget();
+}
+
+void MainWindow::beginSheet(QWidget *view, QWidget *focusAfterwards, SheetOrder order)
+{
+    const QWidget *content = contentView();
+    if (!view || !content || view == content || view->isAncestorOf(content))
+        return;
+    // Hidden by its owner, who is ready for the next.
+    if (sheetShows() && m_sheet->view()->isHidden())
+        m_sheet->end();
+    if (sheetShows() && m_sheet->view() == view)
+        return;
+    // What has the keyboard in a sheet is gone when that one has ended.
+    QWidget *focus = sheetShows() ? m_sheet->focusAfterwards()
+        : focusAfterwards         ? focusAfterwards
+                                  : focusWidget();
+    const SheetRequest request{view, focus};
+    if (order == InFront) {
+        stopWaiting(view);
+        if (sheetShows()) {
+            m_waitingSheets.prepend({m_sheet->view(), focus});
+            m_sheet->end();
+        }
+        m_waitingSheets.prepend(request);
+    } else if (!std::any_of(m_waitingSheets.cbegin(), m_waitingSheets.cend(),
+                            [&](const SheetRequest &one) { return one.view == view; })) {
+        m_waitingSheets.append(request);
+    }
+    showNextSheet();
 }
 
 void MainWindow::endSheet(QWidget *view)
 {
+    if (!view)
+        return;
     if (m_sheet && m_sheet->view() == view)
-        delete m_sheet;
+        return m_sheet->end();
+    stopWaiting(view);
+    if (view->isWindow() && view != this && !view->isAncestorOf(this))
+        view->hide();
+}
+
+bool MainWindow::sheetShows() const
+{
+    return m_sheet && m_sheet->view();
+}
+
+void MainWindow::stopWaiting(const QWidget *view)
+{
+    m_waitingSheets.removeIf([view](const SheetRequest &one) { return one.view == view; });
+}
+
+void MainWindow::showNextSheet()
+{
+    while (!m_waitingSheets.isEmpty() && !sheetShows() && contentView()) {
+        const SheetRequest next = m_waitingSheets.takeFirst();
+        if (!next.view)
+            continue;
+        // One that cannot be shown does not keep the others waiting.
+        auto goOn = qScopeGuard([this] {
+            QMetaObject::invokeMethod(this, &MainWindow::showNextSheet, Qt::QueuedConnection);
+        });
+        m_sheet = new Sheet(next.view, contentView(), next.focusAfterwards);
+        goOn.dismiss();
+        connect(m_sheet, &Sheet::gaveBack, this, &MainWindow::showNextSheet, Qt::QueuedConnection);
+    }
+}
+
+void MainWindow::raiseInContent(QWidget *panel)
+{
+    panel->raise();
+    if (sheetShows())
+        panel->stackUnder(m_sheet);
+}
+
+bool MainWindow::event(QEvent *event)
+{
+    if (event->type() != TouchBar::installedEvent())
+        return QMainWindow::event(event);
+    if (!m_touchBarStrip)
+        m_touchBarStrip = TouchBarStrip::addTo(this);
+    m_touchBarStrip->refresh();
+    return true;
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

@@ -13,17 +13,18 @@ namespace NamedImage {
 QPixmap pixmap(const QString &name, QSize size, qreal devicePixelRatio)
 {
     const QSize pixels = (QSizeF(size) * devicePixelRatio).toSize();
+    const Bundle &bundle = *systemServices().mainBundle;
     QPixmap image;
-    // Drawn directly: reading an SVG as an image file would load every image-format plugin first.
-    if (QSvgRenderer drawing(systemServices().mainBundle->pathForResource(name, u"svg"_s));
-        drawing.isValid()) {
+    if (const QString path = bundle.pathForResource(name, u"svg"_s); !path.isNull()) {
+        // Drawn directly: reading an SVG as an image file would load every image-format plugin
+        // first.
+        QSvgRenderer drawing(path);
         image = QPixmap(pixels);
         image.fill(Qt::transparent);
         QPainter painter(&image);
         drawing.render(&painter, QRectF(QPointF(), QSizeF(pixels)));
-    } else if (const QString path = systemServices().mainBundle->pathForResource(name, u"png"_s);
-               !path.isNull()) {
-        image = QPixmap(path).scaled(pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    } else if (const QString other = bundle.pathForResource(name, u"png"_s); !other.isNull()) {
+        image = QPixmap(other).scaled(pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     }
     image.setDevicePixelRatio(devicePixelRatio);
     return image;

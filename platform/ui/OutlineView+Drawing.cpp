@@ -66,14 +66,21 @@ QRectF OutlineView::baseFrameOfOutlineCell(int row) const
     return frame;
 }
 
+QRectF OutlineView::inViewDirection(QRectF frame) const
+{
+    if (isRightToLeft() && !frame.isNull())
+        frame.moveLeft(viewport()->width() - frame.right());
+    return frame;
+}
+
 QRectF OutlineView::frameOfCellAtColumn(int column, int row)
 {
-    return column == 0 ? baseFrameOfCell(row) : QRectF();
+    return column == 0 ? inViewDirection(baseFrameOfCell(row)) : QRectF();
 }
 
 QRectF OutlineView::frameOfOutlineCellAtRow(int row)
 {
-    return baseFrameOfOutlineCell(row);
+    return inViewDirection(baseFrameOfOutlineCell(row));
 }
 
 void OutlineView::scrollRowToVisible(int row)
@@ -161,6 +168,7 @@ void OutlineView::drawRow(int row, QPainter *painter, const QRectF &clip)
     const QRectF frame = frameOfCellAtColumn(0, row);
     if (row != editedRow() && !frame.isEmpty()) {
         if (cell.kind == OutlineViewCell::Text) {
+            painter->setLayoutDirection(layoutDirection());
             painter->setFont(cell.font);
             painter->setPen(isSelected ? cell.selectedTextColor : cell.textColor);
             painter->drawText(frame, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
@@ -168,7 +176,10 @@ void OutlineView::drawRow(int row, QPainter *painter, const QRectF &clip)
         } else if (cell.kind == OutlineViewCell::Image) {
             QRectF image(QPointF(), cell.image.deviceIndependentSize());
             image.moveCenter(frame.center());
-            image.moveLeft(frame.left());
+            if (isRightToLeft())
+                image.moveRight(frame.right());
+            else
+                image.moveLeft(frame.left());
             painter->drawImage(image, cell.image);
         } else if (cell.draw) {
             cell.draw(painter, frame, isSelected);
@@ -203,5 +214,6 @@ void OutlineView::drawDisclosure(QPainter *painter, const QRectF &frame, bool is
     }
     painter->setPen(QPen(isSelected ? Qt::white : QColor(60, 70, 80), 1.6));
     painter->setBrush(Qt::NoBrush);
-    painter->drawPath(path.translated(frame.center()));
+    const QTransform toItsPlace = QTransform::fromTranslate(frame.center().x(), frame.center().y());
+    painter->drawPath((QTransform::fromScale(isRightToLeft() ? -1 : 1, 1) * toItsPlace).map(path));
 }

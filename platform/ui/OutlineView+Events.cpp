@@ -114,7 +114,10 @@ bool OutlineView::discloseByKey(QKeyEvent *event)
         return false;
     }
     const OutlineNode *node = nodeAtRow(row);
-    switch (event->key()) {
+    int key = event->key();
+    if (isRightToLeft() && (key == Qt::Key_Left || key == Qt::Key_Right))
+        key = key == Qt::Key_Left ? Qt::Key_Right : Qt::Key_Left;
+    switch (key) {
     case Qt::Key_Plus:
         expandItem(item);
         return true;

@@ -136,6 +136,7 @@ protected:
     void drawSelectionInRow(int row, QPainter *painter);
     QRectF baseFrameOfCell(int row) const;
     QRectF baseFrameOfOutlineCell(int row) const;
+    QRectF inViewDirection(QRectF frame) const; ///< a frame computed left to right
 
 private:
     friend class OutlineModel;

@@ -27,5 +27,5 @@ qreal OutlineViewCell::heightInFrame(const QRectF &baseFrame) const
 QString OutlineViewCell::elidedText(qreal width) const
 {
     // Font measures are fractions: a text in a frame of just its width is whole.
-    return QFontMetricsF(font).elidedText(text, Qt::ElideMiddle, width + 0.5);
+    return QFontMetricsF(font).elidedText(text, Qt::ElideMiddle, width - endMargin + 0.5);
 }

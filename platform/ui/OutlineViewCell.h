@@ -20,6 +20,7 @@ struct OutlineViewCell
     QFont font;
     QColor textColor;         ///< Unselected rows.
     QColor selectedTextColor; ///< Selected rows.
+    qreal endMargin = 0;      ///< Text cells: kept free behind a text that fills the frame.
     QImage image;             ///< Image cells; drawn at its own size.
 
     /// Custom cells: the height wanted within the bounds, and the painting. Either may be missing.

@@ -1,17 +1,75 @@
 #include "platform/ui/RealDesktopServices.h"
 
+#include "platform/ui/FileIcons.h"
 #include "platform/ui/NamedImage.h"
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QElapsedTimer>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QProcess>
 #include <QPushButton>
 #include <QScreen>
+#include <QStandardPaths>
 #include <QUrl>
 #include <QWidget>
 
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The desktop's program that opens an address. It may turn into the browser itself: it is watched,
+/// but lives on when this program ends, and what becomes of it after a while is the browser's end.
+class Opener : public QProcess
+{
+public:
+    Opener(const QString &program, const QUrl &address)
+        : QProcess(qApp)
+    {
+        setProgram(program);
+        setArguments({QString::fromUtf8(address.toEncoded())});
+        setProcessChannelMode(ForwardedChannels);
+        setStandardInputFile(nullDevice());
+        // Keys that interrupt this program in a terminal are not meant for a browser.
+        setChildProcessModifier([] { ::setsid(); });
+    }
+    // One that runs no more, as far as this object knows, is not killed with it.
+    ~Opener() override { setProcessState(NotRunning); }
+    Q_DISABLE_COPY_MOVE(Opener)
+
+    void begin(const std::function<void()> &failed)
+    {
+        const auto end = [this, failed](bool opened) {
+            deleteLater();
+            if (!opened && failed && !m_watch.hasExpired(longestAttempt))
+                failed();
+        };
+        connect(
+            this, &QProcess::finished, this,
+            [end](int code, ExitStatus status) { end(status == NormalExit && code == 0); },
+            Qt::QueuedConnection);
+        connect(
+            this, &QProcess::errorOccurred, this,
+            [end](ProcessError error) {
+                if (error == FailedToStart)
+                    end(false);
+            },
+            Qt::QueuedConnection);
+        m_watch.start();
+        start();
+    }
+
+private:
+    static constexpr int longestAttempt = 30000; // milliseconds
+
+    QElapsedTimer m_watch;
+};
+
+} // namespace
 
 AlertPanel::Answer MessageBoxAlertPanel::run(const QString &title, const QString &message,
                                              const QString &defaultButton, const QString &alternate)
@@ -32,15 +90,41 @@ AlertPanel::Answer MessageBoxAlertPanel::run(const QString &title, const QString
     return other && box.clickedButton() == other ? Alternate : Default;
 }
 
-bool XdgWorkspace::openUrl(const QString &url)
+bool XdgWorkspace::openUrl(const QString &url, const std::function<void()> &failed)
 {
     const QUrl address(url, QUrl::StrictMode);
-    return address.isValid() && !address.isRelative() && QDesktopServices::openUrl(address);
+    if (!address.isValid() || address.isRelative())
+        return false;
+    const QString opener = QStandardPaths::findExecutable(u"xdg-open"_s);
+    if (opener.isEmpty())
+        return QDesktopServices::openUrl(address);
+    (new Opener(opener, address))->begin(failed);
+    return true;
 }
 
 bool XdgWorkspace::openFile(const QString &path)
 {
     return QFileInfo::exists(path) && QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+}
+
+QString FileDialogOpenPanel::chooseFolder(const QString &title, const QString &folder)
+{
+    QFileDialog dialog(QApplication::activeWindow(), title, folder);
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setViewMode(QFileDialog::List);
+    dialog.setOptions(QFileDialog::ShowDirsOnly | QFileDialog::ReadOnly
+                      | QFileDialog::DontUseNativeDialog);
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
+
+QImage XdgWorkspace::iconForFile(const QString &path, int size)
+{
+    return FileIcons::ofFile(path, size);
+}
+
+QImage XdgWorkspace::iconForFileType(const QString &type, int size)
+{
+    return FileIcons::ofType(type, size);
 }
 
 QRect WindowSystemScreen::visibleFrame(const QWidget *window) const

@@ -10,12 +10,21 @@ public:
                const QString &alternate) override;
 };
 
-/// The desktop's default applications (XDG MIME applications).
+/// The desktop's default applications (XDG MIME applications) and its icon theme.
 class XdgWorkspace : public Workspace
 {
 public:
-    bool openUrl(const QString &url) override;
+    bool openUrl(const QString &url, const std::function<void()> &failed = {}) override;
     bool openFile(const QString &path) override;
+    QImage iconForFile(const QString &path, int size) override;
+    QImage iconForFileType(const QString &type, int size) override;
+};
+
+/// The toolkit's own dialog: the desktops' ones cannot be kept from making folders.
+class FileDialogOpenPanel : public OpenPanel
+{
+public:
+    QString chooseFolder(const QString &title, const QString &folder) override;
 };
 
 /// The screens of the window system.

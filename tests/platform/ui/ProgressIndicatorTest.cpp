@@ -1,31 +1,15 @@
 #include "platform/ui/ProgressIndicator.h"
+#include "tests/support/MotionStyle.h"
 
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QProxyStyle>
 #include <QTest>
-
-namespace {
-
-class MotionStyle : public QProxyStyle
-{
-public:
-    int duration = 200;
-    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
-                  QStyleHintReturn *result) const override
-    {
-        return hint == SH_Widget_Animation_Duration
-            ? duration
-            : QProxyStyle::styleHint(hint, option, widget, result);
-    }
-};
-
-} // namespace
 
 TEST(ProgressIndicator, TurnsOnlyWhileItIsSeen)
 {
     MotionStyle style;
+    style.duration = 200;
     QWidget window;
     auto *spinner = new ProgressIndicator(&window);
     spinner->setStyle(&style);

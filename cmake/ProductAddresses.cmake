@@ -1,0 +1,18 @@
+# Where the product lives on the web. The defaults lie under a domain that is reserved for examples.
+set(SOLVANE_HOME_PAGE "http://www.solvane.example" CACHE STRING "Address of the product's web site")
+set(SOLVANE_SUPPORT_PAGE "https://www.solvane.example/support" CACHE STRING "Address of the help page")
+set(SOLVANE_SUPPORT_MAIL "support@solvane.example" CACHE STRING "Mail address of the support")
+set(SOLVANE_FEEDBACK_HOST "feedback.solvane.example" CACHE STRING "Host that takes feedback, over https")
+
+set(solvane_host "[A-Za-z0-9.-]+(:[0-9]+)?")
+foreach(option IN ITEMS SOLVANE_HOME_PAGE SOLVANE_SUPPORT_PAGE)
+    if(NOT ${option} MATCHES "^https?://${solvane_host}(/[A-Za-z0-9./_~%?=&-]*)?$")
+        message(FATAL_ERROR "${option} is no web address: \"${${option}}\"")
+    endif()
+endforeach()
+if(NOT SOLVANE_SUPPORT_MAIL MATCHES "^[A-Za-z0-9._+-]+@[A-Za-z0-9.-]+$")
+    message(FATAL_ERROR "SOLVANE_SUPPORT_MAIL is no mail address: \"${SOLVANE_SUPPORT_MAIL}\"")
+endif()
+if(NOT SOLVANE_FEEDBACK_HOST MATCHES "^${solvane_host}$")
+    message(FATAL_ERROR "SOLVANE_FEEDBACK_HOST is no host: \"${SOLVANE_FEEDBACK_HOST}\"")
+endif()

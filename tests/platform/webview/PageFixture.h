@@ -1,0 +1,42 @@
+#pragma once
+
+#include "host/HostFixture.h"
+#include "platform/ui/WebView.h"
+
+#include <QTest>
+
+#include <optional>
+
+/// A host that has the real engine, and a web view in which pages are asked.
+class EngineHost : public Host
+{
+protected:
+    void addEngine() const
+    {
+        QDir().mkpath(services.root.filePath(QStringLiteral("Solvane.app/Contents/PlugIns")));
+        QFile::link(
+            QStringLiteral(ENGINE_MODULE),
+            services.root.filePath(QStringLiteral("Solvane.app/Contents/PlugIns/WebEngine.so")));
+    }
+
+    /// Nothing when the page goes away while it is asked.
+    std::optional<QVariant> answerTo(const QString &script, int patience) const
+    {
+        auto answer = std::make_shared<std::optional<QVariant>>();
+        view->runScript(script, [answer](const QVariant &result) { *answer = result; });
+        return QTest::qWaitFor([&] { return answer->has_value(); }, patience) ? *answer
+                                                                              : std::nullopt;
+    }
+    QVariant ask(const QString &script) const
+    {
+        const std::optional<QVariant> answer = answerTo(script, 10000);
+        EXPECT_TRUE(answer) << "no answer";
+        return answer.value_or(QVariant());
+    }
+    bool becomes(const QString &script, const QVariant &wanted) const
+    {
+        return QTest::qWaitFor([&] { return answerTo(script, 1000) == wanted; }, 20000);
+    }
+
+    WebView *view = nullptr;
+};
