@@ -2,7 +2,7 @@
 
 #include "platform/ui/ApplicationDelegate.h"
 
-QObject *sharedHelpers::getCore() const
+QObject *sharedHelpers::getCore()
 {
     return applicationDelegate();
 }

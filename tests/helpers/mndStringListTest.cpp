@@ -1,0 +1,192 @@
+#include "helpers/mndStringList.h"
+
+#include "platform/foundation/FilePath.h"
+#include "support/FullDisk.h"
+#include "support/TestServices.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <stdexcept>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QStringList entries(mndStringList &list)
+{
+    QStringList all;
+    for (quint64 i = 0; i < list.count(); ++i)
+        all << list.stringAtIndex(i);
+    return all;
+}
+
+class StringList : public testing::Test
+{
+protected:
+    StringList()
+    {
+        list.addString(u"a"_s);
+        list.insert(u"b"_s);
+    }
+    void write(const QByteArray &content) const { TestServices::write(path, content); }
+    QByteArray content() const
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("missing");
+    }
+
+    TestServices services;
+    mndStringList list;
+    const QTemporaryDir &root = services.root;
+    QString path = root.filePath(u"list"_s);
+};
+
+} // namespace
+
+TEST_F(StringList, FindsByEqualityAndRemovesByIdentity)
+{
+    EXPECT_EQ(mndStringList().indexOfString(u"a"_s), ~quint64(0));
+    EXPECT_EQ(list.addString(u""_s), 3u);
+    EXPECT_EQ(list.addString(QString()), 3u) << "no text is no entry";
+    EXPECT_EQ(list.indexOfString(QString()), ~quint64(0));
+    EXPECT_EQ(list.addString(u"b"_s), 4u);
+    EXPECT_EQ(list.indexOfString(u"b"_s), 1u);
+    EXPECT_EQ(list.indexOfString(u"B"_s), ~quint64(0));
+
+    const QString made = QString::number(123);
+    list.addString(made);
+    list.addString(u"x"_s);
+    list.addString(made);
+    list.addString(QString::fromLatin1(""));
+    list.removeString(QString());
+    list.removeStringAtIndex(7);
+    list.removeString(QString::number(123));
+    EXPECT_EQ(list.count(), 7u);
+    list.removeString(list.stringAtIndex(4));
+    EXPECT_EQ(entries(list), QStringList({u"a"_s, u"b"_s, u""_s, u"b"_s, u"x"_s}));
+    list.removeStringAtIndex(0);
+    EXPECT_EQ(list.stringAtIndex(0), u"b"_s);
+    EXPECT_THROW(list.stringAtIndex(4), std::out_of_range);
+    EXPECT_THROW(list.stringAtIndex(~quint64(0)), std::out_of_range);
+    EXPECT_THROW(list.removeStringAtIndex(4), std::out_of_range);
+    EXPECT_THROW(list.removeStringAtIndex(-1), std::out_of_range);
+    EXPECT_THROW(list.tableViewObjectValueForTableColumn(nullptr, 0, -1), std::out_of_range);
+    list.clear();
+    EXPECT_EQ(list.count(), 0u);
+}
+
+TEST_F(StringList, ComesBackFromItsFileWithOneEntryMore)
+{
+    ASSERT_TRUE(list.saveToFile(path));
+    EXPECT_EQ(content(), "a\nb\n");
+    ASSERT_TRUE(list.loadFromFile(path));
+    EXPECT_EQ(entries(list), QStringList({u"a"_s, u"b"_s, u""_s}));
+    ASSERT_TRUE(mndStringList().saveToFile(path));
+    EXPECT_EQ(content(), "");
+    ASSERT_TRUE(list.loadFromFile(path));
+    EXPECT_EQ(entries(list), QStringList(u""_s));
+    write("\xc3\xa4\r\n\nz");
+    ASSERT_TRUE(list.loadFromFile(path));
+    EXPECT_EQ(entries(list), QStringList({u"ä\r"_s, u""_s, u"z"_s}));
+}
+
+TEST_F(StringList, IsEmptyAfterAnUnreadableFileAndUnchangedWithoutOne)
+{
+    EXPECT_FALSE(list.loadFromFile(path));
+    EXPECT_FALSE(list.loadFromFile(QString()));
+    EXPECT_EQ(list.count(), 2u);
+    const struct
+    {
+        const char *name;
+        std::function<void()> make;
+    } cases[] = {
+        {"no UTF-8", [this] { write("a\n\xff\n"); }},
+        {"cut character", [this] { write("a\xc3"); }},
+        {"folder", [this] { QDir().mkdir(path); }},
+        {"pipe", [this] { ::mkfifo(QFile::encodeName(path).constData(), 0600); }},
+        {"enormous", [this] { write("a"), QFile::resize(path, qint64(1) << 40); }},
+    };
+    for (const auto &[name, make] : cases) {
+        SCOPED_TRACE(name);
+        make();
+        list.addString(u"before"_s);
+        EXPECT_FALSE(list.loadFromFile(path));
+        EXPECT_EQ(list.count(), 0u);
+        QFile::remove(path);
+        QDir().rmdir(path);
+    }
+}
+
+TEST_F(StringList, ReplacesTheFileAndNothingElse)
+{
+    const QString other = root.filePath(u"other"_s);
+    ASSERT_TRUE(mndStringList().saveToFile(other));
+    ASSERT_TRUE(QFile::link(other, path));
+    EXPECT_TRUE(list.saveToFile(path));
+    EXPECT_FALSE(QFileInfo(path).isSymLink());
+    EXPECT_EQ(QFileInfo(other).size(), 0);
+    list.addString(QString(QChar(0xdc80)));
+    EXPECT_FALSE(list.saveToFile(path)) << "no Unicode";
+    EXPECT_EQ(content(), "a\nb\n");
+    list.removeStringAtIndex(2);
+    EXPECT_FALSE(list.saveToFile(root.path())) << "a folder";
+    EXPECT_TRUE(QFile::exists(path));
+    EXPECT_FALSE(list.saveToFile(path + u"/below a file"_s));
+    for (const QString &none : {u""_s, QString(), path + QChar(0), u"/dev/full"_s})
+        EXPECT_FALSE(list.saveToFile(none)) << qPrintable(none);
+    EXPECT_EQ(content(), "a\nb\n");
+    {
+        const FullDisk full(3);
+        EXPECT_FALSE(list.saveToFile(path)) << "a full disk";
+    }
+    ASSERT_TRUE(list.saveToFile(path));
+    const QString strange = root.path() + u'/' + FilePath::decode("\xe4\xff");
+    EXPECT_TRUE(list.saveToFile(strange) && list.loadFromFile(strange));
+    EXPECT_TRUE(QFile::exists(path)) << "another name";
+    EXPECT_EQ(::unlink(FilePath::encode(strange).constData()), 0);
+    list.removeStringAtIndex(2);
+    const QString pipe = root.filePath(u"pipe"_s);
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    EXPECT_FALSE(list.saveToFile(pipe)) << "nobody reads it";
+}
+
+TEST_F(StringList, SharesItsArrayWithADictionary)
+{
+    Dictionary settings = Dictionary::make();
+    list.loadFromDic(settings, u"k"_s);
+    list.loadFromDic(Dictionary(), u"k"_s);
+    list.saveToDic(settings, u"k"_s);
+    list.addString(u"c"_s);
+    EXPECT_EQ(settings.value<StringArray>(u"k"_s).strings().size(), 3);
+    list.loadFromDic(settings, u"k"_s);
+    EXPECT_EQ(list.count(), 6u) << "its own array, once";
+
+    mndStringList other;
+    settings.setValue(u"texts"_s, QStringList({u"x"_s, u""_s}));
+    settings.setValue(u"mixed"_s, QVariantList({u"y"_s, 7, QVariant()}));
+    settings.setValue(u"text"_s, u"no collection"_s);
+    for (const QString &key : {u"k"_s, u"texts"_s, u"texts"_s, u"mixed"_s, u"text"_s, u"a.b"_s})
+        other.loadFromDic(settings, key);
+    EXPECT_EQ(entries(other).mid(6), QStringList({u"x"_s, u""_s, u"x"_s, u""_s, u"y"_s}));
+    list.clear();
+    EXPECT_EQ(other.count(), 11u);
+    EXPECT_TRUE(settings.value<StringArray>(u"k"_s).strings().isEmpty());
+}
+
+TEST_F(StringList, WhitelistsEqualPathsOnly)
+{
+    EXPECT_FALSE(mndStringList().isWhitelisted(u"/Applications/X.app"_s));
+    list.addString(u"/Applications/X.app"_s);
+    list.addString(u""_s);
+    EXPECT_TRUE(list.isWhitelisted(u"/Applications/X.app"_s));
+    for (const char *path : {"/Applications/X.app/Contents", "/applications/X.app", "/"})
+        EXPECT_FALSE(list.isWhitelisted(QString::fromLatin1(path))) << path;
+    EXPECT_FALSE(list.isWhitelisted(QString()));
+    EXPECT_FALSE(list.isBundleType(u"/Applications/X.app"_s));
+}
