@@ -3,7 +3,11 @@
 #include "platform/ui/DesktopServices.h"
 #include "platform/ui/InterfaceFile.h"
 #include "platform/ui/MainWindow.h"
+#include "ui_About.h"
 #include "ui_MainMenu.h"
+#include "ui_Prefs.h"
+#include "ui_slvFeedback.h"
+#include "ui_Welcome.h"
 
 using namespace Qt::StringLiterals;
 
@@ -31,9 +35,21 @@ std::unique_ptr<QWidget> mainMenu()
     return window;
 }
 
+template <typename Design>
+std::unique_ptr<QWidget> designed()
+{
+    auto window = std::make_unique<QWidget>();
+    Design().setupUi(window.get());
+    return window;
+}
+
 } // namespace
 
 void addInterfaceFiles()
 {
+    InterfaceFile::add(u"About"_s, designed<Ui::About>);
+    InterfaceFile::add(u"Prefs"_s, designed<Ui::Prefs>);
+    InterfaceFile::add(u"Welcome"_s, designed<Ui::Welcome>);
+    InterfaceFile::add(u"slvFeedback"_s, designed<Ui::slvFeedback>);
     InterfaceFile::add(u"MainMenu"_s, mainMenu);
 }

@@ -4,14 +4,23 @@
 #include <QLocale>
 #include <QString>
 
-/// The log file's lines. Any thread.
+class mndHelpers;
+
+/// The extended log. Any thread, any number of them: nothing here waits for another thread.
 namespace LogFile {
+
+/// Above this many bytes the file makes way for a new one.
+inline constexpr quint64 sizeLimit = 6'144'000;
 
 /// Time stamp in the locale's short styles, a blank, the message without any " NULL", a line feed.
 QString line(const QString &message, const QDateTime &time, const QLocale &locale);
 
-/// Appends the line in UTF-8 with a single write, so that lines of several threads never mix; makes
-/// the file and its folder when they are missing. False when the line could not be written whole.
-bool append(const QString &path, const QString &line);
+/// Adds the line in UTF-8 with a single write, so that lines of several threads never mix; makes
+/// the file and its folder when they are missing. A file beyond the limit is removed first, by the
+/// helpers; one that cannot be removed is written to all the same.
+/// @param helpers null: no file counts as too large. What it throws reaches the caller.
+/// @return false when the line could not be written; then no part of it is in the file, but for a
+/// blank line at most.
+bool write(const QString &path, const QString &line, mndHelpers *helpers);
 
 } // namespace LogFile

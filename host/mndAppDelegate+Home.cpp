@@ -1,7 +1,23 @@
+#include "host/FolderBookmark.h"
 #include "host/mndAppDelegate.h"
+#include "platform/foundation/MainThread.h"
 #include "platform/foundation/SystemServices.h"
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+QString homeKey()
+{
+    return u"slv.sandbox.home"_s;
+}
+
+QString bookmarkKey()
+{
+    return u"slv.sandbox.bookmark"_s;
+}
+
+} // namespace
 
 QString mndAppDelegate::actualHomeDirectory() const
 {
@@ -18,7 +34,28 @@ bool mndAppDelegate::isHomeDirectory(const QString &path)
 
 QString mndAppDelegate::getHomeDirectory()
 {
-    return systemServices().account->home();
+    constexpr quint64 webEdition = 2;
+    for (;;) {
+        if (mndEdition() == webEdition)
+            return systemServices().account->home();
+        const QString stored = systemServices().defaults->value(homeKey()).toString();
+        if (isHomeDirectory(stored))
+            return stored;
+        bool goOn = false;
+        MainThread::runAndWait([&] { goOn = askForHomeDirectory(); });
+        if (!goOn)
+            return {};
+    }
+}
+
+/// @return whether there is something new to look at: not when the program ends, and not without a
+/// window to ask in.
+bool mndAppDelegate::askForHomeDirectory()
+{
+    if (!_welcome || !_welcome->window() || !_window)
+        return false;
+    _window->center();
+    return _welcome->show();
 }
 
 QString mndAppDelegate::stringByExpandingTildeInPath(const QString &path)
@@ -28,14 +65,19 @@ QString mndAppDelegate::stringByExpandingTildeInPath(const QString &path)
 
 void mndAppDelegate::saveHomeDirectory(const QString &path)
 {
-    systemServices().defaults->setValue(u"slv.sandbox.home"_s, path);
+    systemServices().defaults->setValue(homeKey(), path);
     systemServices().defaults->synchronize();
 }
 
 void mndAppDelegate::saveHomeDirectoryBookmark(const QByteArray &bookmark)
 {
-    systemServices().defaults->setValue(u"slv.sandbox.bookmark"_s, bookmark);
+    systemServices().defaults->setValue(bookmarkKey(), bookmark);
     systemServices().defaults->synchronize();
+}
+
+QUrl mndAppDelegate::loadHomeDirectoryBookmark() const
+{
+    return FolderBookmark::resolve(systemServices().defaults->value(bookmarkKey()).toByteArray());
 }
 
 // There is no sandbox whose gate would have to be opened and closed again.

@@ -1,6 +1,9 @@
+#include "helpers/mndHelpers.h"
 #include "host/LogFile.h"
 #include "host/mndAppDelegate.h"
 #include "platform/foundation/Format.h"
+#include "platform/foundation/MainThread.h"
+#include "platform/foundation/StoredValue.h"
 #include "platform/foundation/SystemServices.h"
 #include "platform/ui/DesktopServices.h"
 
@@ -34,13 +37,21 @@ QString mndAppDelegate::logFilePath() const
 
 bool mndAppDelegate::extendedLoggingValue()
 {
-    return systemServices().defaults->value(extendedLoggingKey()).toBool();
+    return StoredValue::truth(systemServices().defaults->value(extendedLoggingKey()));
 }
 
 void mndAppDelegate::setExtendedLoggingValue(bool value)
 {
     systemServices().defaults->setValue(extendedLoggingKey(), value);
     systemServices().defaults->synchronize();
+    const auto mark = [self = QPointer(this)] {
+        if (self && self->miExtendedLoggingEnable)
+            self->miExtendedLoggingEnable->setChecked(self->extendedLoggingValue());
+    };
+    if (MainThread::isCurrent())
+        mark();
+    else
+        MainThread::runLater(mark);
 }
 
 void mndAppDelegate::log(const QString &message)
@@ -49,8 +60,17 @@ void mndAppDelegate::log(const QString &message)
         return;
     const QString line =
         LogFile::line(message, systemServices().clock->now(), systemServices().languages->locale());
-    if (!LogFile::append(logFilePath(), line))
+    bool written = false;
+    try {
+        auto *helpers = qobject_cast<mndHelpers *>(sharedObject(u"SHARED.HELPERS"_s));
+        written = LogFile::write(logFilePath(), line, helpers);
+    } catch (...) {
+        // Helpers that fail are no reason to lose a line; it goes the way of any disk error.
+    }
+    if (!written)
         systemServices().systemLog->write(line);
+    else if (!extendedLoggingValue())
+        QFile::remove(logFilePath()); // which the switch has removed while this line was on its way
 }
 
 void mndAppDelegate::onExtendedLoggingEnable(QObject *)
@@ -72,8 +92,6 @@ void mndAppDelegate::onExtendedLoggingEnable(QObject *)
             return;
     }
     setExtendedLoggingValue(!enabled);
-    if (miExtendedLoggingEnable)
-        miExtendedLoggingEnable->setChecked(!enabled);
     QFile::remove(logFilePath());
 }
 

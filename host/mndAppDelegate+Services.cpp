@@ -3,26 +3,32 @@
 #include "platform/foundation/ClassRegistry.h"
 #include "platform/foundation/MainThread.h"
 #include "platform/ui/DesktopServices.h"
+#include "platform/ui/EdgeDrawer.h"
 #include "plugin_host/mndPlugins.h"
+
+#include <QScopeGuard>
 
 using namespace Qt::StringLiterals;
 
 std::unique_ptr<QObject> mndAppDelegate::newFactoryInstance(const QString &className)
 {
-    return ClassRegistry::newInstance(className);
+    const QMetaObject *meta = ClassRegistry::metaObject(className);
+    if (!meta || !meta->inherits(&QWidget::staticMetaObject))
+        return ClassRegistry::newInstance(className);
+    // A view lives on the main thread, whoever wants it.
+    std::unique_ptr<QObject> view;
+    MainThread::runAndWait([&] { view = ClassRegistry::newInstance(className); });
+    return view;
 }
 
 void mndAppDelegate::sharedObjectRegister(const QString &name, QObject *object)
 {
-    if (object)
-        m_Factory.insert(name, object);
-    else
-        m_Factory.remove(name);
+    m_Factory.set(name, object);
 }
 
 QObject *mndAppDelegate::sharedObject(const QString &name)
 {
-    return m_Factory.value(name);
+    return m_Factory.object(name);
 }
 
 void mndAppDelegate::signalAllPlugins(const Selector &selector)
@@ -43,7 +49,7 @@ void mndAppDelegate::beginModalSheet(QWidget *window)
     ++_isModalShowing;
     MainThread::runLater([self = QPointer(this), sheet = QPointer(window)] {
         if (self)
-            self->_beginModalSheet(sheet);
+            self->_beginModalSheet(sheet, MainWindow::InTurn);
     });
 }
 
@@ -56,35 +62,41 @@ void mndAppDelegate::endModalSheet(QWidget *window)
     });
 }
 
-void mndAppDelegate::_beginModalSheet(QWidget *window)
+void mndAppDelegate::_beginModalSheet(QWidget *window, MainWindow::SheetOrder order)
 {
     if (!_window || !window)
         return;
+    // A hidden sidebar passes the keyboard on; it gets it back when the sheet has ended.
+    QWidget *focus = _window->focusWidget();
     if (sourceList)
         sourceList->hide();
-    mndPlugins::recurseSubViews(window);
-    _window->beginSheet(window);
-    if (sourceList)
-        sourceList->show();
+    // Also when a view throws while it is asked for its size.
+    const auto showAgain = qScopeGuard([list = sourceList] {
+        if (list)
+            list->show();
+    });
+    if (m_Plugins)
+        mndPlugins::recurseSubViews(window);
+    _window->beginSheet(window, focus, order);
 }
 
 void mndAppDelegate::_endModalSheet(QWidget *window)
 {
-    if (_window && window)
+    if (_window)
         _window->endSheet(window);
     _uiRevertToSystemTouchbar();
 }
 
 std::unique_ptr<Drawer> mndAppDelegate::newDrawerWithContent(QWidget *content)
 {
-    constexpr quint64 rightEdge = 2;
-    return newDrawerWithContent(content, rightEdge);
+    return newDrawerWithContent(content, EdgeDrawer::Right);
 }
 
-// The main window has no drawers yet.
-std::unique_ptr<Drawer> mndAppDelegate::newDrawerWithContent(QWidget *, quint64)
+std::unique_ptr<Drawer> mndAppDelegate::newDrawerWithContent(QWidget *content, quint64 edge)
 {
-    return nullptr;
+    if (m_Plugins)
+        mndPlugins::recurseSubViews(content);
+    return std::make_unique<EdgeDrawer>(content, _window, edge);
 }
 
 void mndAppDelegate::uiButtonSetTextColor(QAbstractButton *button, const QColor &color)
@@ -107,7 +119,8 @@ void mndAppDelegate::_uiMaximize()
 {
     if (!_window)
         return;
-    _oldFrame = _window->frameGeometry();
+    _oldFrame = _window->frame();
+    m_frameIsUnplaced = false;
     _window->setFrame(desktopServices().screen->visibleFrame(_window));
 }
 
@@ -115,21 +128,19 @@ void mndAppDelegate::_uiRestore()
 {
     if (!_window)
         return;
-    const QRect frame = _window->frameGeometry();
-    if (frame.width() == desktopServices().screen->visibleFrame(_window).width())
+    const QRect frame = _window->frame();
+    if (frame.width() == desktopServices().screen->visibleFrame(_window).width()) {
         _window->setFrame(_oldFrame.toRect());
-    else
-        _oldFrame = frame;
+        return;
+    }
+    _oldFrame = frame;
+    m_frameIsUnplaced = false;
 }
 
 QWidget *mndAppDelegate::uiSystemStatusView()
 {
     return sysStatusView;
 }
-
-// No view of this build is a web view, and any other view is left alone.
-void mndAppDelegate::uiCreateIndeterminateSpinner(QWidget *) { }
-void mndAppDelegate::uiFreeIndeterminateSpinner(QWidget *) { }
 
 mndTheme *mndAppDelegate::uiTheme()
 {

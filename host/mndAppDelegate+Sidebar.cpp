@@ -157,6 +157,13 @@ void mndAppDelegate::sourceListDeleteKeyPressedOnRows(const Notification &) { }
 
 bool mndAppDelegate::showPlugin(const QString &id)
 {
+    bool shows = false;
+    MainThread::runAndWait([&] { shows = _showPlugin(id); });
+    return shows;
+}
+
+bool mndAppDelegate::_showPlugin(const QString &id)
+{
     if (uiModalShowing())
         return false;
     logPlace("showPlugin:", 216, id);
@@ -261,8 +268,9 @@ void mndAppDelegate::_pluginSetProcessing(const QString &heading, const QString 
     if (!row || !sourceList)
         return;
     const QRectF cell = sourceList->frameOfCellAtColumn(0, static_cast<int>(*row));
-    const QRect frame =
-        QRectF(cell.right() - 20, cell.top(), cell.height(), cell.height()).toRect();
+    const qreal left =
+        sourceList->isRightToLeft() ? cell.left() + 20 - cell.height() : cell.right() - 20;
+    const QRect frame = QRectF(left, cell.top(), cell.height(), cell.height()).toRect();
     // A spinner is known by its frame alone: after the sidebar has changed its size a row gets a
     // new one, and the old one stays where it was.
     const auto existing =

@@ -3,6 +3,7 @@
 #include "aux_windows/mndAbout.h"
 #include "aux_windows/mndPrefs.h"
 #include "aux_windows/slvFeedback.h"
+#include "helpers/HelperClasses.h"
 #include "helpers/sharedHelpers.h"
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/Format.h"
@@ -10,11 +11,14 @@
 #include "platform/foundation/Perform.h"
 #include "platform/foundation/ProductAddresses.h"
 #include "platform/foundation/SystemServices.h"
+#include "platform/ui/Application.h"
 #include "platform/ui/DesktopServices.h"
 #include "platform/ui/NamedImage.h"
 #include "plugin_host/mndPlugins.h"
+#include "plugin_host/PluginQuarantine.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QLabel>
 
 using namespace Qt::StringLiterals;
@@ -41,7 +45,9 @@ void paintGround(QWidget *view, const QColor &color)
 
 mndAppDelegate::mndAppDelegate()
     : _core(this)
-{ }
+{
+    WebView::registerClass();
+}
 
 mndAppDelegate::~mndAppDelegate()
 {
@@ -67,20 +73,26 @@ void mndAppDelegate::applicationDidFinishLaunching()
     localizeMenus();
     _welcome = std::make_unique<Welcome>();
     _feedback = std::make_unique<slvFeedback>();
+    if (miFeedback)
+        miFeedback->setEnabled(_feedback->window());
     addTitlebarAccessory();
     if (_window) {
         _window->setDelegate(this);
         _window->setBackgroundColor(Qt::white);
         _window->setDelegate(this);
     }
-    _oldFrame = _window ? QRectF(_window->frameGeometry()) : QRectF();
+    _oldFrame = _window ? QRectF(_window->frame()) : QRectF();
+    m_frameIsUnplaced = true;
     _isModalShowing = 0;
     _prefs.reset();
     m_Factory.clear();
+    registerHelperClasses();
     m_helpers = std::make_unique<sharedHelpers>();
     sharedObjectRegister(u"SHARED.HELPERS"_s, m_helpers.get());
     m_Plugins = std::make_unique<mndPlugins>(this);
     m_Plugins->setObserver(m_observer);
+    m_Plugins->setQuarantine(m_quarantine);
+    askAboutCulprit();
     m_Plugins->loadAllPlugins();
     buildSidebarTree();
     if (sourceList) {
@@ -107,6 +119,29 @@ void mndAppDelegate::applicationDidFinishLaunching()
         miExtendedLoggingEnable->setChecked(extendedLoggingValue());
     logPlace("applicationDidFinishLaunching:", 847,
              format(u"Loaded %@ (%d)"_s, {slvBundleVersionString(), mndEdition()}));
+}
+
+void mndAppDelegate::askAboutCulprit()
+{
+    if (!m_quarantine || m_quarantine->culprit().isNull())
+        return;
+    const Bundle bundle(m_quarantine->culprit());
+    // The last run may have taken it away itself.
+    if (!QFileInfo::exists(bundle.executablePath()))
+        return;
+    const auto answer = desktopServices().alertPanel->run(
+        stringResource(u"SZ_TITLE"_s, u"Solvane"_s),
+        format(stringResource(u"SZ_PLUGIN_CRASHED"_s,
+                              u"Solvane ended unexpectedly while the plugin “%@” was being "
+                              "started.\n\nIt can be left out until a new version of it is "
+                              "installed."_s),
+               {QFileInfo(bundle.path()).completeBaseName()}),
+        stringResource(u"SZ_LEAVE_OUT"_s, u"Leave out"_s),
+        stringResource(u"SZ_START_AGAIN"_s, u"Start again"_s));
+    // An alert that the end of the program has closed was not answered.
+    const auto *application = qobject_cast<Application *>(qApp);
+    if (answer == AlertPanel::Default && !(application && application->isTerminating()))
+        PluginQuarantine::leaveOut(m_quarantine->culprit(), bundle.executablePath());
 }
 
 void mndAppDelegate::addTitlebarAccessory()
@@ -138,6 +173,7 @@ void mndAppDelegate::_loaded2()
     if (_window && _window->centralWidget())
         _window->centralWidget()->update();
     uiRevertToSystemTouchbar();
+    noteFirstPlace();
     if (!getHomeDirectory().isNull())
         beginAccessingBookmark();
     if (sourceList) {
@@ -151,6 +187,17 @@ void mndAppDelegate::_loaded2()
     }
     if (_window && _window->centralWidget())
         _window->centralWidget()->update();
+}
+
+/// Only now has the window manager put the window where it belongs, and drawn its borders.
+void mndAppDelegate::noteFirstPlace()
+{
+    if (!m_frameIsUnplaced || !_window || !_window->isVisible() || _window->isMinimized()
+        || _window->isMaximized() || _window->isFullScreen()) {
+        return;
+    }
+    _oldFrame = _window->frame();
+    m_frameIsUnplaced = false;
 }
 
 bool mndAppDelegate::applicationShouldHandleReopen(QObject *, bool)
@@ -197,7 +244,7 @@ double mndAppDelegate::mndVersion()
 
 quint64 mndAppDelegate::mndEdition()
 {
-    return 2;
+    return systemServices().edition;
 }
 
 QString mndAppDelegate::slvBundleVersionString()

@@ -2,13 +2,16 @@
 
 #include "host/LanguageFile.h"
 #include "host/MainMenuOutlets.h"
+#include "host/SharedObjects.h"
 #include "host/Welcome.h"
 #include "platform/ui/ApplicationDelegate.h"
+#include "platform/ui/TouchBar.h"
+#include "platform/ui/WebView.h"
 #include "plugin_host/mndCore.h"
 #include "plugin_host/SidebarTree.h"
 
-#include <QHash>
 #include <QPointer>
+#include <QUrl>
 
 #include <atomic>
 
@@ -16,6 +19,7 @@ class mndAbout;
 class mndPlugins;
 class mndPrefs;
 class PluginLoadObserver;
+class PluginQuarantine;
 class sharedHelpers;
 class slvFeedback;
 
@@ -28,11 +32,13 @@ class mndAppDelegate : public MainMenuOutlets,
                        public PXSourceListDataSource,
                        public PXSourceListDelegate,
                        public mndCore,
+                       public TouchBarDelegate,
+                       public WebViewDelegate,
                        public WindowDelegate
 {
     Q_OBJECT
-    Q_INTERFACES(
-        ApplicationDelegate PXSourceListDataSource PXSourceListDelegate mndCore WindowDelegate)
+    Q_INTERFACES(ApplicationDelegate PXSourceListDataSource PXSourceListDelegate mndCore
+                     TouchBarDelegate WebViewDelegate WindowDelegate)
 
 public:
     mndAppDelegate();
@@ -40,6 +46,9 @@ public:
 
     /// Told of every bundle that start-up handles; null for nobody. Not owned.
     void setPluginLoadObserver(PluginLoadObserver *observer) { m_observer = observer; }
+    /// What keeps plugins out, and knows which one took the last run down; null for nothing. Not
+    /// owned.
+    void setPluginQuarantine(PluginQuarantine *quarantine) { m_quarantine = quarantine; }
     /// Null before start-up has made it.
     mndPlugins *plugins() const { return m_Plugins.get(); }
     const SidebarTree::Headings &headings() const { return sourceListItems; }
@@ -95,6 +104,26 @@ public:
     void log(const QString &message) override;
     mndTheme *uiTheme() override;
 
+    // WebViewDelegate: fixed answers, for pages of the host's own
+    void webViewAddMessageToConsole(WebView *view, const QVariantMap &message) override;
+    quint64 webViewDragDestinationActionMask(WebView *view) override;
+    quint64 webViewDragSourceActionMask(WebView *view) override;
+    QStringList webViewContextMenuItems(WebView *view, const QStringList &items) override;
+    bool webViewShouldChangeSelectedDOMRange(WebView *view, const WebRange &proposed) override;
+
+    // TouchBarDelegate, and what the Touch Bar is made of
+    std::unique_ptr<TouchBarItem> touchBarMakeItemForIdentifier(TouchBar *bar,
+                                                                const QString &identifier) override;
+    void loadSystemTouchBar();
+    std::unique_ptr<TouchBar> makeTouchBar();
+    QImage getPluginTBImageForID(const QString &id);
+    QList<QImage> getAllpluginTBImages();
+    static QImage tintForTB(const QImage &image, float alpha);
+    static QImage imageResize(const QImage &image, const QSizeF &newSize);
+    static QImage imageToGreyImage(const QImage &image);
+    static QImage imageFromCGImageRef(const QImage &bitmap);
+    static QImage nsImageToCGImageRef(const QImage &image);
+
     // The sidebar's tree
     int sourceListNumberOfChildrenOfItem(PXSourceList *list, OutlineItem item) override;
     OutlineItem sourceListChild(PXSourceList *list, int index, OutlineItem item) override;
@@ -128,6 +157,20 @@ public Q_SLOTS:
     void onExtendedLoggingEnable(QObject *sender);
     void onExtendedLoggingSend(QObject *sender);
 
+    // Taps on the Touch Bar; the sender is a SegmentedControl
+    void tbPressed(QObject *sender);
+    void tbPluginPressed(QObject *sender);
+
+    /// The folder of the stored bookmark, for as long as it exists; an empty URL without one.
+    QUrl loadHomeDirectoryBookmark() const;
+    /// The account's home folder, whatever HOME says. The program ends without an account.
+    QString actualHomeDirectory() const;
+
+    // Without the counter, for windows that run in a loop of their own: they come in front of any
+    // sheet that shows.
+    void _beginModalSheet(QWidget *window, MainWindow::SheetOrder order = MainWindow::InFront);
+    void _endModalSheet(QWidget *window);
+
     void setAllPluginsProcessing(bool value);
     void beginAccessingBookmark();
     void endAccessingBookmark();
@@ -137,14 +180,17 @@ private:
     bool loadLanguageFile();
     void localizeMenus();
     void addTitlebarAccessory();
+    void askAboutCulprit();
     void buildSidebarTree();
     void _loaded();
     void _loaded2();
+    void noteFirstPlace();
 
     void logPlace(const char *selector, int place, const QString &text = {});
     void localize(QAction *item, const char *key, const QString &fallback = {});
     Dictionary infoOfPlugin(const QString &id) const;
     void setSidebarNeedsDisplay();
+    bool _showPlugin(const QString &id);
     void _highlightItem(const QString &heading, const QString &title);
     void _setBadge(const QString &heading, const QString &title, quint64 value);
     void _pluginSetIcon(const QString &heading, const QString &title, const QImage &icon);
@@ -153,22 +199,24 @@ private:
     void findAndSetProcessing(const QString &id, bool value);
     void pluginSetProcessingEx(const QVariantList &packed);
     void _pluginSetProcessing(const QString &heading, const QString &title, bool value);
-    void _beginModalSheet(QWidget *window);
-    void _endModalSheet(QWidget *window);
+    void _uiCreateIndeterminateSpinner(QWidget *webView);
+    void _uiFreeIndeterminateSpinner(QWidget *webView);
     void _uiMaximize();
     void _uiRestore();
     void _uiRevertToSystemTouchbar();
-    void loadSystemTouchBar();
-    QString actualHomeDirectory() const;
+    std::unique_ptr<TouchBar> _coreMakeSystemTouchBarWith(const QStringList &titles);
+    std::unique_ptr<TouchBar> _coreMakeTouchBarWith(const QStringList &titles);
+    bool askForHomeDirectory();
     QString logFilePath() const;
 
     SidebarTree::Headings sourceListItems;
     std::unique_ptr<mndPlugins> m_Plugins;
-    QHash<QString, QPointer<QObject>> m_Factory;
+    SharedObjects m_Factory;
     std::unique_ptr<mndAbout> _about;
     std::unique_ptr<mndPrefs> _prefs;
     std::atomic<qint32> _isModalShowing = 0;
     QRectF _oldFrame;
+    bool m_frameIsUnplaced = false; ///< _oldFrame is from before the window had its place
     QPointer<QWidget> _title;
     std::unique_ptr<Welcome> _welcome;
     std::optional<LanguageFile> _languageFile;
@@ -183,4 +231,5 @@ private:
     SidebarTree m_tree; ///< owns the items that sourceListItems and the plugins refer to
     std::unique_ptr<sharedHelpers> m_helpers; ///< owns what m_Factory knows as SHARED.HELPERS
     PluginLoadObserver *m_observer = nullptr;
+    PluginQuarantine *m_quarantine = nullptr;
 };

@@ -8,6 +8,7 @@ struct PluginLoadReport
 {
     QString path;
     bool accepted = false; ///< it has a record in the registry
+    bool leftOut = false;  ///< kept out of this run, whatever it is worth
     bool result = false;   ///< what loadPluginFromPath answered
     QString id;
     QString name;

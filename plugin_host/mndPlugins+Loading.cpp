@@ -8,6 +8,7 @@
 #include "plugin_host/mndCore.h"
 #include "plugin_host/mndPlugin.h"
 #include "plugin_host/mndPlugins.h"
+#include "plugin_host/PluginQuarantine.h"
 #include "plugin_host/SidebarTree.h"
 
 #include <QDir>
@@ -97,6 +98,8 @@ void mndPlugins::loadAllPlugins()
     for (const QString &path : systemServices().mainBundle->pathsForResources(u"bundle"_s))
         loadPluginFromPath(path);
 
+    if (m_quarantine && m_quarantine->bundledOnly())
+        return;
     const QString folder =
         systemServices().account->home() + u"/Library/Application Support/Solvane"_s;
     // Links are not followed, so that a folder of links in a circle is just a folder of links.
@@ -115,6 +118,8 @@ bool mndPlugins::loadPluginFromPath(const QString &path)
     report.path = path;
     QElapsedTimer timer;
     timer.start();
+    if (m_quarantine)
+        m_quarantine->enter(path);
     try {
         report.result = load(path, report);
     } catch (...) {
@@ -122,10 +127,29 @@ bool mndPlugins::loadPluginFromPath(const QString &path)
         report.problems << u"it threw an exception: %1"_s.arg(description);
         report.message = initializationError(path, description);
     }
+    if (m_quarantine)
+        m_quarantine->leave(path);
     report.milliseconds = static_cast<double>(timer.nsecsElapsed()) / 1e6;
     if (m_observer)
         m_observer->bundleHandled(report);
     return report.result;
+}
+
+/// As far as it can be told before any of the bundle's code runs.
+bool mndPlugins::isKeptOut(const Bundle &bundle, PluginLoadReport &report) const
+{
+    if (!m_quarantine)
+        return false;
+    const QFileInfo file(bundle.path());
+    report.leftOut = m_quarantine->isNamed({bundle.infoValue(u"CFBundleIdentifier"_s).toString(),
+                                            file.fileName(), file.completeBaseName()});
+    if (report.leftOut) {
+        report.problems << u"left out, as asked"_s;
+    } else if (PluginQuarantine::isLeftOut(report.path, bundle.executablePath())) {
+        report.leftOut = true;
+        report.problems << u"left out since it took Solvane down: a new build is tried again"_s;
+    }
+    return report.leftOut;
 }
 
 bool mndPlugins::load(const QString &path, PluginLoadReport &report)
@@ -138,6 +162,8 @@ bool mndPlugins::load(const QString &path, PluginLoadReport &report)
     BundleModule module(bundle.value()->executablePath());
     if (!declaresPlugin(*bundle.value(), module, report.problems))
         return true;
+    if (isKeptOut(*bundle.value(), report))
+        return false;
     const auto made = module.makePrincipalObject();
     if (!made) {
         report.problems << made.error();
@@ -165,7 +191,14 @@ bool mndPlugins::load(const QString &path, PluginLoadReport &report)
         report.problems << u"a plugin with the id \"%1\" is already loaded"_s.arg(report.id);
         return false;
     }
+    if (m_quarantine && m_quarantine->isNamed({report.id})) {
+        report.leftOut = true;
+        report.problems << u"left out, as asked"_s;
+        return false;
+    }
     report.problems << remarks(info, object.get());
+    if (m_quarantine)
+        m_neverShown.insert(object.get(), path);
     accept(info, std::move(object));
     report.accepted = true;
     return true;

@@ -1,9 +1,13 @@
 #include "plugin_host/mndPlugins.h"
 
-#include <QAbstractButton>
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
 #include <QTabWidget>
 
-#include <cstring>
+#include <typeinfo>
 
 using namespace Qt::StringLiterals;
 
@@ -12,19 +16,12 @@ namespace {
 /// The style value of text drawn as raised above its ground.
 constexpr int raisedBackgroundStyle = 2;
 
-template <std::size_t N>
-bool isExactly(const QWidget *view, const char *const (&names)[N])
+/// Not one of a class derived from it.
+template <typename... Classes>
+bool isExactly(const QWidget *view)
 {
-    for (const char *name : names) {
-        if (std::strcmp(view->metaObject()->className(), name) == 0)
-            return true;
-    }
-    return false;
+    return ((typeid(*view) == typeid(Classes)) || ...);
 }
-
-constexpr const char *textFields[] = {"QLabel", "QLineEdit"};
-constexpr const char *buttons[] = {"QPushButton", "QCheckBox", "QRadioButton"};
-constexpr const char *tabViews[] = {"QTabWidget"};
 
 } // namespace
 
@@ -34,11 +31,11 @@ void mndPlugins::recurseSubViews(QWidget *view)
         return;
     const auto subviews = view->findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
     for (QWidget *subview : subviews) {
-        if (isExactly(subview, textFields)) {
+        if (isExactly<QLabel, QLineEdit>(subview)) {
             subview->setProperty("backgroundStyle", raisedBackgroundStyle);
-        } else if (isExactly(subview, buttons)) {
+        } else if (isExactly<QPushButton, QCheckBox, QRadioButton>(subview)) {
             setButtonStringColor(static_cast<QAbstractButton *>(subview), Qt::white);
-        } else if (isExactly(subview, tabViews)) {
+        } else if (isExactly<QTabWidget>(subview)) {
             auto *tabs = static_cast<QTabWidget *>(subview);
             tabs->setDocumentMode(true);
             for (int i = 0; i < tabs->count(); ++i)

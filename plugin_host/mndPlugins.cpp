@@ -4,6 +4,7 @@
 #include "platform/foundation/Perform.h"
 #include "platform/foundation/SystemServices.h"
 #include "plugin_host/mndPlugin.h"
+#include "plugin_host/PluginQuarantine.h"
 
 #include <QPointer>
 #include <QScopedValueRollback>
@@ -111,6 +112,18 @@ void mndPlugins::removeSubviews(QWidget *hostView)
     }
 }
 
+void mndPlugins::watchFirstShow(QObject *plugin)
+{
+    // Time for the first painting and for what a view does as soon as it is seen.
+    constexpr double seconds = 0.5;
+    const QString bundle = m_neverShown.take(plugin);
+    if (bundle.isNull())
+        return;
+    m_quarantine->enter(bundle);
+    systemServices().scheduler->after(seconds, &m_guard,
+                                      [this, bundle] { m_quarantine->leave(bundle); });
+}
+
 void mndPlugins::doDisplayMainViewForPluginAtIndex(quint64 index, QWidget *hostView)
 {
     // Plugins may show one another from their messages, in a circle too.
@@ -131,6 +144,7 @@ void mndPlugins::doDisplayMainViewForPluginAtIndex(quint64 index, QWidget *hostV
     broadcast(Selector(u"onViewHide"_s), isCurrent);
     if (!isCurrent())
         return;
+    watchFirstShow(record.value<QObject *>(u"obj"_s));
     if (mndPluginDelegate *delegate = delegateOf(record))
         quietly("onViewShow", [&] { delegate->onViewShow(); });
     if (!isCurrent())

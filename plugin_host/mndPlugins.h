@@ -5,12 +5,15 @@
 #include "plugin_host/PluginLoadReport.h"
 
 #include <QColor>
+#include <QHash>
 #include <QList>
 #include <QObject>
 
 #include <functional>
 #include <memory>
 
+class Bundle;
+class PluginQuarantine;
 class QAbstractButton;
 class QWidget;
 
@@ -28,6 +31,8 @@ public:
 
     /// Who is told what became of every bundle; null for nobody. Not owned.
     void setObserver(PluginLoadObserver *observer) { m_observer = observer; }
+    /// What keeps plugins out and watches over the rest; null for nothing. Not owned.
+    void setQuarantine(PluginQuarantine *quarantine) { m_quarantine = quarantine; }
 
     /// Loads the application's own bundles, by name, then those directly inside
     /// ~/Library/Application Support/Solvane, by name.
@@ -69,12 +74,16 @@ public:
 
 private:
     bool load(const QString &path, PluginLoadReport &report);
+    bool isKeptOut(const Bundle &bundle, PluginLoadReport &report) const;
+    void watchFirstShow(QObject *plugin);
     void accept(const Dictionary &info, std::unique_ptr<QObject> plugin);
     void broadcast(const Selector &selector, const std::function<bool()> &goOn);
 
     QList<Dictionary> _plugins;
     QObject *m_core;
     PluginLoadObserver *m_observer = nullptr;
+    PluginQuarantine *m_quarantine = nullptr;
+    QHash<QObject *, QString> m_neverShown; ///< the bundles of plugins under watch
     quint64 m_displays = 0; ///< counts up, so that a display knows whether it is the last one
     int m_displayDepth = 0;
     QObject m_guard; ///< ends the watch over plugins and views

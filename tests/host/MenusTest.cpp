@@ -76,18 +76,6 @@ TEST_F(Host, ChecksForUpdatesThroughTheSharedUpdater)
     EXPECT_EQ(delegate->sharedObject(u"shared.updater"_s), nullptr);
 }
 
-TEST_F(Host, SharesObjectsByExactNameAndForgetsDeletedOnes)
-{
-    start();
-    EXPECT_NE(delegate->sharedObject(u"SHARED.HELPERS"_s), nullptr);
-    EXPECT_EQ(delegate->sharedObject(u"shared.helpers"_s), nullptr);
-    auto object = std::make_unique<QObject>();
-    delegate->sharedObjectRegister(u"name"_s, object.get());
-    EXPECT_EQ(delegate->sharedObject(u"name"_s), object.get());
-    object.reset();
-    EXPECT_EQ(delegate->sharedObject(u"name"_s), nullptr);
-}
-
 TEST_F(Host, OpensWhatTheMenusLeadTo)
 {
     start({"StatusFixture"});
@@ -96,35 +84,6 @@ TEST_F(Host, OpensWhatTheMenusLeadTo)
     EXPECT_TRUE(delegate->applicationOpenFile(nullptr, u"/any/document"_s));
     item("miHelpLink")->trigger();
     EXPECT_EQ(shownView(), u"plugin.status"_s) << "there is no support plugin to show";
-}
-
-TEST_F(Host, LogsOnlyWhileExtendedLoggingIsOn)
-{
-    start();
-    delegate->log(u"unheard"_s);
-    EXPECT_FALSE(QFile::exists(logPath()));
-
-    services.recorder.take();
-    item("miExtendedLoggingEnable")->trigger();
-    EXPECT_FALSE(item("miExtendedLoggingEnable")->isChecked()) << "cancelled";
-    EXPECT_TRUE(services.recorder.take().value(0).endsWith(
-        u"Please only enable this option if support has asked you to do so for troubleshooting "
-        "purposes.|Cancel|Enable"_s));
-
-    services.alertAnswer = AlertPanel::Alternate;
-    item("miExtendedLoggingEnable")->trigger();
-    EXPECT_TRUE(item("miExtendedLoggingEnable")->isChecked());
-    delegate->log(u"a value NULL here"_s);
-    delegate->applicationWillTerminate();
-    EXPECT_EQ(logLines(),
-              (QStringList{u"16/11/2026 00:45 a value here"_s,
-                           u"16/11/2026 00:45 mndAppDelegate::applicationWillTerminate::1330"_s}));
-
-    services.recorder.take();
-    item("miExtendedLoggingEnable")->trigger();
-    EXPECT_FALSE(delegate->extendedLoggingValue());
-    EXPECT_FALSE(QFile::exists(logPath())) << "switching deletes what was gathered";
-    EXPECT_EQ(services.recorder.take(), QStringList{u"synchronize"_s}) << "nothing is asked";
 }
 
 TEST_F(Host, RevealsTheLogOrSaysThatThereIsNone)

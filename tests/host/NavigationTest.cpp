@@ -1,6 +1,7 @@
 #include "host/HostFixture.h"
 #include "platform/ui/ProgressIndicator.h"
 
+#include <QAbstractEventDispatcher>
 #include <QTest>
 
 #include <thread>
@@ -31,6 +32,16 @@ protected:
     SourceListItem *row(int index) const
     {
         return qobject_cast<SourceListItem *>(list()->itemAtRow(index));
+    }
+
+    /// Of every object in the window.
+    int runningTimers() const
+    {
+        QCoreApplication::processEvents();
+        qsizetype count = 0;
+        for (QObject *object : window->findChildren<QObject *>())
+            count += QAbstractEventDispatcher::instance()->registeredTimers(object).size();
+        return int(count);
     }
 
     QList<ProgressIndicator *> spinners() const
@@ -198,6 +209,19 @@ TEST_F(Navigation, SpinsOneSpinnerForARowAndFrame)
 
     delegate->setAllPluginsProcessing(true);
     EXPECT_EQ(spinners().size(), 4) << "one for each row";
+}
+
+TEST_F(Navigation, RunsATimerOnlyWhileASpinnerIsSeenTurning)
+{
+    EXPECT_EQ(runningTimers(), 0);
+    delegate->pluginSetProcessing(good, true);
+    EXPECT_EQ(runningTimers(), 1);
+    window->hide();
+    EXPECT_EQ(runningTimers(), 0);
+    window->show();
+    EXPECT_EQ(runningTimers(), 1);
+    delegate->pluginSetProcessing(good, false);
+    EXPECT_EQ(runningTimers(), 0);
 }
 
 TEST_F(Navigation, SpinsForOtherThreadsAndLetsThemWait)

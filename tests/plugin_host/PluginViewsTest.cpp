@@ -19,6 +19,10 @@ class OwnButton : public QPushButton
     Q_OBJECT
 };
 
+/// To Qt, its class is the one it derives from.
+struct PlainButton : QPushButton
+{ };
+
 } // namespace
 
 TEST(Recolouring, GoesByTheExactClassThroughAllTabs)
@@ -31,6 +35,8 @@ TEST(Recolouring, GoesByTheExactClassThroughAllTabs)
     auto *check = new QCheckBox(nested);
     auto *own = new OwnButton;
     own->setParent(nested);
+    auto *plain = new PlainButton;
+    plain->setParent(nested);
     auto *tabs = new QTabWidget(&root);
     auto *shownTab = new QWidget;
     auto *otherTab = new QWidget;
@@ -48,7 +54,9 @@ TEST(Recolouring, GoesByTheExactClassThroughAllTabs)
         EXPECT_EQ(titled->palette().color(QPalette::Active, QPalette::ButtonText), Qt::white);
         EXPECT_EQ(titled->palette().color(QPalette::Active, QPalette::WindowText), Qt::white);
     }
-    EXPECT_EQ(own->palette().color(QPalette::ButtonText), before) << "a subclass keeps its colour";
+    for (const QPushButton *derived :
+         {static_cast<QPushButton *>(own), static_cast<QPushButton *>(plain)})
+        EXPECT_EQ(derived->palette().color(QPalette::ButtonText), before) << "a subclass keeps its";
     EXPECT_TRUE(tabs->documentMode());
     mndPlugins::recurseSubViews(nullptr);
     mndPlugins::setButtonStringColor(nullptr, Qt::red);

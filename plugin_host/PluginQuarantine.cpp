@@ -1,0 +1,146 @@
+#include "plugin_host/PluginQuarantine.h"
+
+#include "platform/foundation/FilePath.h"
+#include "platform/foundation/SystemServices.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <climits>
+#include <cstring>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString leftOutKey()
+{
+    return u"slvCore.leftOut"_s;
+}
+
+/// Another build of the module is another chance.
+QString entry(const QString &bundle, const QString &module)
+{
+    const qint64 built = QFileInfo(module).lastModified().toMSecsSinceEpoch();
+    return QString::number(built) + u' ' + bundle;
+}
+
+} // namespace
+
+PluginQuarantine::PluginQuarantine()
+    : PluginQuarantine(Options())
+{ }
+
+PluginQuarantine::PluginQuarantine(Options options)
+    : m_options(std::move(options))
+{
+    for (QString &name : m_options.leftOut) {
+        while (name.endsWith(u'/'))
+            name.chop(1);
+    }
+}
+
+PluginQuarantine::~PluginQuarantine()
+{
+    clear();
+    if (m_crumb)
+        ::munmap(m_crumb, PATH_MAX);
+    // What cannot be cut to nothing is empty all the same.
+    if (m_file.isOpen() && ::ftruncate(m_file.number(), 0) != 0)
+        m_file.reset();
+}
+
+QString PluginQuarantine::breadcrumbPath()
+{
+    const QString state = qEnvironmentVariable("XDG_STATE_HOME");
+    return (QDir::isAbsolutePath(state) ? state
+                                        : systemServices().account->home() + u"/.local/state"_s)
+        + u"/Solvane/plugin-in-progress"_s;
+}
+
+bool PluginQuarantine::keepBreadcrumbs(const QString &file)
+{
+    QDir().mkpath(QFileInfo(file).path());
+    const QByteArray path = FilePath::encode(file);
+    FileDescriptor opened(uninterrupted([&] {
+        return ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK,
+                      0600);
+    }));
+    // The lock ends with the process, however that ends.
+    if (!opened.isOpen()
+        || uninterrupted([&] { return ::flock(opened.number(), LOCK_EX | LOCK_NB); }) != 0)
+        return false;
+    // Mapped, since a plugin is entered often; and with its room reserved, since a full disk would
+    // otherwise show at the first touch.
+    if (::posix_fallocate(opened.number(), 0, PATH_MAX) != 0)
+        return false;
+    void *mapped =
+        ::mmap(nullptr, PATH_MAX, PROT_READ | PROT_WRITE, MAP_SHARED, opened.number(), 0);
+    if (mapped == MAP_FAILED)
+        return false;
+    m_crumb = static_cast<char *>(mapped);
+    m_file = std::move(opened);
+    const QByteArrayView left(m_crumb, static_cast<qsizetype>(::strnlen(m_crumb, PATH_MAX)));
+    m_culprit = left.isEmpty() ? QString() : FilePath::decode(left);
+    clear();
+    return true;
+}
+
+bool PluginQuarantine::isNamed(const QStringList &names) const
+{
+    return std::any_of(names.begin(), names.end(), [this](const QString &name) {
+        return !name.isEmpty() && m_options.leftOut.contains(name);
+    });
+}
+
+void PluginQuarantine::leaveOut(const QString &bundle, const QString &module)
+{
+    UserDefaults &defaults = *systemServices().defaults;
+    QStringList entries = defaults.value(leftOutKey()).toStringList();
+    entries.removeIf([&](const QString &one) { return one.section(u' ', 1) == bundle; });
+    entries << entry(bundle, module);
+    defaults.setValue(leftOutKey(), entries);
+    if (!defaults.synchronize())
+        systemServices().systemLog->write(
+            u"That %1 is left out could not be written."_s.arg(bundle));
+}
+
+bool PluginQuarantine::isLeftOut(const QString &bundle, const QString &module)
+{
+    const QStringList entries = systemServices().defaults->value(leftOutKey()).toStringList();
+    return !entries.isEmpty() && entries.contains(entry(bundle, module));
+}
+
+void PluginQuarantine::enter(const QString &bundle)
+{
+    m_entered = bundle;
+    if (!m_crumb)
+        return;
+    // A crash of the process leaves what is written so; only one of the machine would not, and that
+    // is no plugin's doing.
+    const QByteArray path = FilePath::encode(bundle);
+    if (path.size() < PATH_MAX)
+        std::memcpy(m_crumb, path.constData(), static_cast<std::size_t>(path.size()) + 1);
+    else
+        *m_crumb = '\0'; // better nobody than the one before
+}
+
+void PluginQuarantine::leave(const QString &bundle)
+{
+    if (bundle == m_entered)
+        clear();
+}
+
+void PluginQuarantine::clear()
+{
+    m_entered.clear();
+    if (m_crumb)
+        *m_crumb = '\0';
+}

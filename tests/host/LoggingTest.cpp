@@ -1,0 +1,269 @@
+#include "HostFixture.h"
+
+#include "helpers/mndHelpers.h"
+#include "helpers/sharedHelpers.h"
+#include "support/FullDisk.h"
+
+#include <QSet>
+#include <QTest>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <thread>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Helpers for which the log is always too large, or whatever a test says.
+class LogHelpers : public sharedHelpers
+{
+    Q_OBJECT
+
+public:
+    quint64 getFileSize(const QString &) override
+    {
+        if (onAsked)
+            onAsked();
+        return size;
+    }
+    bool removeFileAtPath(const QString &path) override
+    {
+        ++removals;
+        if (throws)
+            throw std::runtime_error("no removal today");
+        return removes && (!reallyRemoves || QFile::remove(path));
+    }
+
+    std::function<void()> onAsked;
+    quint64 size = 6'144'001;
+    bool removes = true;
+    bool reallyRemoves = true;
+    bool throws = false;
+    int removals = 0;
+};
+
+class Log : public Host
+{
+protected:
+    Log()
+    {
+        start();
+        services.defaults[u"slvCore.elog"_s] = true;
+    }
+
+    void fill(qint64 size)
+    {
+        delegate->log(u"first"_s);
+        QFile file(logPath());
+        ASSERT_TRUE(file.resize(size));
+    }
+    qint64 size() const { return QFileInfo(logPath()).size(); }
+};
+
+} // namespace
+
+TEST_F(Log, WritesOneLineInTheUsersStyle)
+{
+    services.defaults.remove(u"slvCore.elog"_s);
+    delegate->log(u"nothing"_s);
+    services.defaults[u"slvCore.elog"_s] = u"NO"_s;
+    delegate->log(u"nothing"_s);
+    EXPECT_FALSE(QFile::exists(logPath()));
+    services.defaults[u"slvCore.elog"_s] = true;
+    delegate->log(u"A message value NULL here NULL, NULLABLE"_s);
+    services.locale = QLocale(QLocale::German, QLocale::Germany);
+    delegate->log(u"grün"_s);
+    EXPECT_EQ(
+        logLines(),
+        (QStringList{u"16/11/2026 00:45 A message value here,ABLE"_s, u"16.11.26 00:45 grün"_s}));
+}
+
+TEST_F(Log, StartsAnewAboveTheLimit)
+{
+    const qint64 line = QByteArray("16/11/2026 00:45 x\n").size();
+    const struct
+    {
+        qint64 before;
+        qint64 after;
+    } rows[] = {{0, line}, {6'144'000, 6'144'000 + line}, {6'144'001, line}, {7'000'000, line}};
+    for (const auto &row : rows) {
+        fill(row.before);
+        delegate->log(u"x"_s);
+        EXPECT_EQ(size(), row.after) << row.before;
+    }
+}
+
+TEST_F(Log, GivesUpMakingRoomAfterTwelveRemovals)
+{
+    const struct
+    {
+        const char *what;
+        bool removes;
+        bool reallyRemoves;
+        bool throws;
+        int removals;
+        int lines;
+    } rows[] = {
+        {"the new file starts with the line", true, true, false, 1, 1},
+        {"the file keeps coming back", true, false, false, 12, 2},
+        {"the file cannot be removed", false, false, false, 1, 2},
+        {"the helpers throw", true, true, true, 1, 1},
+    };
+    for (const auto &row : rows) {
+        QFile::remove(logPath());
+        delegate->log(u"old"_s);
+        services.recorder.take();
+        LogHelpers helpers;
+        helpers.removes = row.removes;
+        helpers.reallyRemoves = row.reallyRemoves;
+        helpers.throws = row.throws;
+        delegate->sharedObjectRegister(u"SHARED.HELPERS"_s, &helpers);
+        delegate->log(u"new"_s);
+        EXPECT_EQ(helpers.removals, row.removals) << row.what;
+        EXPECT_EQ(logLines().size(), row.lines) << row.what;
+        EXPECT_EQ(services.recorder.take().contains(u"syslog 16/11/2026 00:45 new\n"_s), row.throws)
+            << row.what;
+        delegate->sharedObjectRegister(u"SHARED.HELPERS"_s, nullptr);
+    }
+    fill(7'000'000);
+    delegate->log(u"without helpers no file is too large"_s);
+    EXPECT_GT(size(), 7'000'000);
+}
+
+TEST_F(Log, SendsWhatTheDiskRefusesToTheSystemLog)
+{
+    const QString line = u"syslog 16/11/2026 00:45 lost?\n"_s;
+    const QByteArray path = QFile::encodeName(logPath());
+    QDir().mkpath(QFileInfo(logPath()).path());
+    ASSERT_TRUE(QDir().mkdir(logPath()));
+    delegate->log(u"lost?"_s);
+    EXPECT_EQ(services.recorder.take(), QStringList(line)) << "a folder in the file's place";
+    ASSERT_TRUE(QDir().rmdir(logPath()));
+    ASSERT_EQ(mkfifo(path.constData(), 0600), 0);
+    delegate->log(u"lost?"_s);
+    EXPECT_EQ(services.recorder.take(), QStringList(line)) << "a pipe nobody reads";
+    ASSERT_TRUE(QFile::remove(logPath()));
+    ASSERT_EQ(symlink("/dev/full", path.constData()), 0);
+    delegate->log(u"lost?"_s);
+    EXPECT_EQ(services.recorder.take(), QStringList(line)) << "a full disk";
+
+    ASSERT_TRUE(QFile::remove(logPath()));
+    delegate->log(u"kept"_s);
+    {
+        const FullDisk full(rlim_t(size()) + 9);
+        delegate->log(u"lost?"_s);
+    }
+    EXPECT_EQ(services.recorder.take(), QStringList(line)) << "room for a part of the line";
+    delegate->log(u"next"_s);
+    QFile file(logPath());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), "16/11/2026 00:45 kept\n        \n16/11/2026 00:45 next\n");
+}
+
+TEST_F(Log, IsSwitchedByTheMenuWhichAsksBeforeItLogs)
+{
+    const QString question =
+        u"alert Solvane|Extended logging generates a lot of data and may reduce the performance of "
+        "Solvane.  Please only enable this option if support has asked you to do so for "
+        "troubleshooting purposes.|Cancel|Enable"_s;
+    const struct
+    {
+        const char *what;
+        bool before;
+        AlertPanel::Answer answer;
+        bool after;
+        bool keepsLines;
+        QStringList events;
+    } rows[] = {
+        {"off, without a question", true, AlertPanel::Default, false, false, {u"synchronize"_s}},
+        {"cancelled", false, AlertPanel::Default, false, true, {question}},
+        {"on", false, AlertPanel::Alternate, true, false, {question, u"synchronize"_s}},
+    };
+    for (const auto &row : rows) {
+        services.defaults[u"slvCore.elog"_s] = true;
+        delegate->log(u"old"_s);
+        services.defaults[u"slvCore.elog"_s] = row.before;
+        services.alertAnswer = row.answer;
+        services.recorder.take();
+        item("miExtendedLoggingEnable")->trigger();
+        EXPECT_EQ(services.recorder.take(), row.events) << row.what;
+        EXPECT_EQ(delegate->extendedLoggingValue(), row.after) << row.what;
+        EXPECT_EQ(item("miExtendedLoggingEnable")->isChecked(), row.after) << row.what;
+        EXPECT_EQ(logLines().value(0), row.keepsLines ? u"16/11/2026 00:45 old"_s : QString());
+        EXPECT_EQ(QFile::exists(logPath()), row.keepsLines) << row.what;
+    }
+    delegate->applicationWillTerminate();
+    EXPECT_EQ(logLines(),
+              QStringList{u"16/11/2026 00:45 mndAppDelegate::applicationWillTerminate::1330"_s});
+
+    // From elsewhere the mark follows a moment later.
+    std::thread([this] { delegate->setExtendedLoggingValue(false); }).join();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !item("miExtendedLoggingEnable")->isChecked(); }));
+}
+
+TEST_F(Log, DoesNotComeBackWithALineThatIsLate)
+{
+    delegate->log(u"first"_s);
+    LogHelpers helpers;
+    helpers.size = 1;
+    helpers.onAsked = [this] { item("miExtendedLoggingEnable")->trigger(); };
+    delegate->sharedObjectRegister(u"SHARED.HELPERS"_s, &helpers);
+    delegate->log(u"on its way"_s);
+    EXPECT_FALSE(delegate->extendedLoggingValue());
+    EXPECT_FALSE(QFile::exists(logPath()));
+}
+
+TEST_F(Log, LeavesThePagesConsoleToTheSystemLog)
+{
+    const std::pair<QVariantMap, QString> rows[] = {
+        {{{u"lineNumber"_s, 7}, {u"sourceURL"_s, u"file:///a/b.js"_s}, {u"message"_s, u"x"_s}},
+         u"syslog WebKit error @ b.js:7\nx\n---"_s},
+        {{{u"lineNumber"_s, 0}, {u"sourceURL"_s, u"http://h/dir/"_s}, {u"message"_s, u"y"_s}},
+         u"syslog WebKit error @ dir:0\ny\n---"_s},
+    };
+    for (const auto &[message, line] : rows) {
+        delegate->webViewAddMessageToConsole(nullptr, message);
+        EXPECT_EQ(services.recorder.take(), QStringList{line});
+    }
+    delegate->webViewAddMessageToConsole(nullptr, {{u"message"_s, u"z"_s}});
+    EXPECT_TRUE(services.recorder.take().value(0).startsWith(u"syslog WebKit message: "_s));
+    EXPECT_FALSE(QFile::exists(logPath()));
+}
+
+TEST_F(Log, KeepsEveryLineOfManyThreadsWhole)
+{
+    constexpr int writers = 8;
+    constexpr int lines = 500;
+    std::atomic<int> writing = writers;
+    std::vector<std::thread> threads;
+    threads.reserve(writers);
+    for (int writer = 0; writer < writers; ++writer) {
+        threads.emplace_back([this, writer, &writing] {
+            for (int i = 0; i < lines; ++i)
+                delegate->log(u"%1/%2 "_s.arg(writer).arg(i) + QString(200, u'x'));
+            --writing;
+        });
+    }
+    // The helpers that every line asks for, and others, come and go meanwhile.
+    sharedHelpers helpers;
+    while (writing > 0) {
+        QObject passing;
+        delegate->sharedObjectRegister(u"passing"_s, &passing);
+        delegate->sharedObjectRegister(u"SHARED.HELPERS"_s, nullptr);
+        EXPECT_EQ(delegate->sharedObject(u"SHARED.HELPERS"_s), nullptr);
+        delegate->sharedObjectRegister(u"SHARED.HELPERS"_s, &helpers);
+    }
+    EXPECT_EQ(delegate->sharedObject(u"passing"_s), nullptr);
+    for (std::thread &thread : threads)
+        thread.join();
+    QSet<QString> seen;
+    for (const QString &line : logLines()) {
+        EXPECT_TRUE(line.startsWith(u"16/11/2026 00:45 "_s)) << qPrintable(line);
+        EXPECT_TRUE(line.endsWith(QString(200, u'x'))) << qPrintable(line);
+        seen.insert(line);
+    }
+    EXPECT_EQ(seen.size(), writers * lines);
+}
+
+#include "LoggingTest.moc"

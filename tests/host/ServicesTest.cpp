@@ -1,0 +1,334 @@
+#include "host/HostFixture.h"
+
+#include <QLabel>
+#include <QTest>
+
+#include <atomic>
+#include <stdexcept>
+#include <thread>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class ThrowsAtBirth : public QObject
+{
+    Q_OBJECT
+
+public:
+    Q_INVOKABLE ThrowsAtBirth() { throw std::runtime_error("no"); }
+};
+
+/// Installs another plugin when it hears of the first message.
+class Installer : public QObject
+{
+    Q_OBJECT
+
+public:
+    Q_INVOKABLE void note(const QString &what)
+    {
+        events << what;
+        if (auto act = std::exchange(onFirst, nullptr))
+            act();
+    }
+    QStringList events;
+    std::function<void()> onFirst;
+};
+
+class MadeByName : public QObject
+{
+    Q_OBJECT
+
+public:
+    Q_INVOKABLE MadeByName() = default;
+};
+
+class Services : public Host
+{
+protected:
+    Services() { window->show(); }
+
+    bool sidebarAndSheetShow(const QWidget &sheet) const
+    {
+        return sheet.isVisible() && sheet.window() == window.get() && list()->isVisible();
+    }
+    void send(const char *selector)
+    {
+        delegate->signalAllPlugins(Selector(QString::fromLatin1(selector)));
+    }
+};
+
+} // namespace
+
+TEST_F(Services, AnswerAPluginThatUsesThemAll)
+{
+    window->resize(800, 600);
+    start({"UsesEverything", "StatusFixture"});
+    window->hide();
+    send("useObjectsAndRow");
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(services.recorder.take().join(u'|'),
+              u"mndVersion 6|mndEdition 2|slvBundleVersionString v512|newFactoryInstance true|"
+              "sharedObject true|plugin.status ping|ping|"
+              "plugin.status onViewHide|showPlugin true|pluginSetIconHighlighted true"_s);
+    const int width = window->frameGeometry().width();
+    send("useWindow");
+    EXPECT_EQ(services.recorder.take().join(u'|').section(u'?', 0, 0),
+              u"uiModalShowing true|newDrawerWithContent false|"
+              "newDrawerWithContent:preferredEdge: true|uiButtonSetTextColor #ff0000|"
+              "uiMaximize 1600|uiRestore %1|uiSystemStatusView true|"
+              "open url https://feedback.solvane.example/inapp-feedback-v5"_s.arg(width));
+    send("useHomeAndTexts");
+    EXPECT_EQ(services.recorder.take().join(u'|'),
+              u"isHomeDirectory true|synchronize|synchronize|stringByExpandingTildeInPath true|"
+              "stringResource nothing|localizeLink http://a?b|extendedLoggingValue false|"
+              "synchronize|uiTheme #ffffff"_s);
+    EXPECT_EQ(services.defaults[u"slv.sandbox.home"_s], u"/stored"_s);
+    EXPECT_EQ(services.defaults[u"slv.sandbox.bookmark"_s], QByteArray("bookmark"));
+    EXPECT_TRUE(logLines().last().endsWith("a line"_L1));
+    QCoreApplication::processEvents();
+}
+
+TEST_F(Services, CountSheetsAsTheyAreAskedFor)
+{
+    start({"StatusFixture"});
+    list()->setFocus();
+    QWidget sheet;
+    auto *button = new QPushButton(&sheet);
+    QWidget second;
+    delegate->beginModalSheet(&sheet);
+    delegate->beginModalSheet(&second);
+    EXPECT_TRUE(delegate->uiModalShowing()) << "counted before it shows";
+    EXPECT_FALSE(sheet.isVisible());
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(sidebarAndSheetShow(sheet));
+    EXPECT_FALSE(second.isVisible());
+    EXPECT_EQ(button->palette().color(QPalette::ButtonText), Qt::white);
+    delegate->endModalSheet(&sheet);
+    EXPECT_FALSE(delegate->uiModalShowing()) << "the second was dropped, not counted";
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(sheet.isHidden());
+    EXPECT_EQ(window->focusWidget(), list());
+
+    delegate->endModalSheet(nullptr);
+    EXPECT_TRUE(delegate->uiModalShowing()) << "below zero: stuck, unguarded";
+    delegate->beginModalSheet(&sheet);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(sheet.isVisible());
+}
+
+TEST_F(Services, TakeSheetsFromThreadsAndFromWhoeverDeletesThem)
+{
+    start();
+    auto sheet = std::make_unique<QWidget>();
+    std::thread([&] { delegate->beginModalSheet(sheet.get()); }).join();
+    EXPECT_TRUE(delegate->uiModalShowing());
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(sidebarAndSheetShow(*sheet));
+    sheet.reset();
+    EXPECT_TRUE(delegate->uiModalShowing()) << "its owner has still to end it";
+    std::thread([&] { delegate->endModalSheet(nullptr); }).join();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(delegate->uiModalShowing());
+
+    auto gone = std::make_unique<QWidget>();
+    delegate->beginModalSheet(gone.get());
+    gone.reset();
+    delegate->endModalSheet(nullptr);
+    delegate->beginModalSheet(window.get());
+    delegate->endModalSheet(window.get());
+    QCoreApplication::processEvents();
+
+    // Two requests at once may both be counted; then one follows the other.
+    QWidget one;
+    QWidget two;
+    std::thread first([&] { delegate->beginModalSheet(&one); });
+    std::thread other([&] { delegate->beginModalSheet(&two); });
+    first.join();
+    other.join();
+    EXPECT_TRUE(delegate->uiModalShowing());
+    QCoreApplication::processEvents();
+    EXPECT_NE(one.isVisible(), two.isVisible());
+    while (delegate->uiModalShowing()) {
+        QWidget *showing = one.isVisible() ? &one : &two;
+        EXPECT_TRUE(showing->isVisible());
+        delegate->endModalSheet(showing);
+        QCoreApplication::processEvents();
+    }
+    EXPECT_TRUE(one.isHidden() && two.isHidden());
+}
+
+TEST_F(Services, ShowTheSidebarAgainAlsoWhenASheetThrows)
+{
+    start();
+    /// Tells what it sees while it is asked for its size, and then throws.
+    struct Witness : QWidget
+    {
+        QSize minimumSizeHint() const override { return onAsked(), QSize(); }
+        std::function<void()> onAsked = [] {};
+    } witness;
+    int asked = 0;
+    witness.onAsked = [&] {
+        ++asked;
+        EXPECT_FALSE(list()->isVisible()) << "it hides before the sheet shows";
+        throw std::runtime_error("size");
+    };
+    EXPECT_THROW(delegate->_beginModalSheet(&witness), std::runtime_error);
+    EXPECT_EQ(asked, 1);
+    EXPECT_TRUE(list()->isVisible());
+    EXPECT_EQ(witness.parentWidget(), nullptr);
+    witness.onAsked = [] {};
+    delegate->_beginModalSheet(&witness);
+    EXPECT_TRUE(sidebarAndSheetShow(witness));
+    delegate->_endModalSheet(&witness);
+    EXPECT_TRUE(witness.isHidden());
+}
+
+TEST_F(Services, FillTheScreenAndGoBackByTheWidthAlone)
+{
+    services.visibleFrame = {100, 50, 1000, 700};
+    window->resize(800, 600);
+    delegate->applicationDidFinishLaunching();
+    // Only now does the window manager put the window where it belongs.
+    window->move(130, 90);
+    services.runScheduled();
+    const QRect before = window->frameGeometry();
+    const int borders = before.width() - window->width();
+    window->resize(services.visibleFrame.width() - borders, 500);
+    delegate->uiRestore();
+    EXPECT_EQ(window->frameGeometry(), before) << "where it was at the start";
+    delegate->uiRestore();
+    EXPECT_EQ(window->frameGeometry(), before) << "it only records";
+    delegate->uiMaximize();
+    EXPECT_EQ(window->frameGeometry(), services.visibleFrame);
+    delegate->uiRestore();
+    EXPECT_EQ(window->frameGeometry(), before);
+
+    window->move(180, 95);
+    delegate->uiRestore();
+    const QRect recorded = window->frameGeometry();
+    EXPECT_NE(recorded, before);
+    window->resize(services.visibleFrame.width() - borders, 500);
+    delegate->uiRestore();
+    EXPECT_EQ(window->frameGeometry(), recorded) << "as wide as the screen counts as maximised";
+    std::thread worker([&] { delegate->uiMaximize(); });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window->frameGeometry() == services.visibleFrame; }));
+    worker.join();
+}
+
+TEST_F(Services, ShareObjectsByName)
+{
+    start();
+    QObject one;
+    auto other = std::make_unique<QObject>();
+    delegate->sharedObjectRegister(u"name"_s, &one);
+    delegate->sharedObjectRegister(u"name"_s, other.get());
+    delegate->sharedObjectRegister({}, &one);
+    EXPECT_EQ(delegate->sharedObject(u"name"_s), other.get()) << "the last one counts";
+    EXPECT_NE(delegate->sharedObject(u"SHARED.HELPERS"_s), nullptr);
+    for (const QString &name : {u"Name"_s, u""_s, QString(), u"never"_s, u"shared.helpers"_s})
+        EXPECT_EQ(delegate->sharedObject(name), nullptr) << qPrintable(name);
+    other.reset();
+    EXPECT_EQ(delegate->sharedObject(u"name"_s), nullptr);
+    delegate->sharedObjectRegister(u"name"_s, &one);
+    delegate->sharedObjectRegister(u"name"_s, nullptr);
+    EXPECT_EQ(delegate->sharedObject(u"name"_s), nullptr);
+}
+
+TEST_F(Services, MakeObjectsByTheNamesOfTheirClasses)
+{
+    qRegisterMetaType<ThrowsAtBirth *>();
+    qRegisterMetaType<MadeByName *>();
+    start({"UsesEverything"});
+    const struct
+    {
+        QString name;
+        bool isMade;
+    } cases[] = {
+        {u"MadeByName"_s, true},     {u"WebView"_s, true},
+        {u"ThrowsAtBirth"_s, false}, {u"ClassOfABundle"_s, true},
+        {u"NoSuchClass"_s, false},   {u"QWidget"_s, false},
+        {u"mndCore"_s, false},       {{}, false},
+    };
+    for (const auto &[name, isMade] : cases)
+        EXPECT_EQ(delegate->newFactoryInstance(name) != nullptr, isMade) << qPrintable(name);
+
+    // From a thread: an object lives there, a view on the main thread.
+    std::unique_ptr<QObject> view;
+    std::atomic<bool> isDone = false;
+    std::thread worker([&] {
+        view = delegate->newFactoryInstance(u"WebView"_s);
+        EXPECT_EQ(delegate->newFactoryInstance(u"MadeByName"_s)->thread(),
+                  QThread::currentThread());
+        EXPECT_TRUE(delegate->showPlugin(u"plugin.fixture.UsesEverything"_s));
+        EXPECT_FALSE(delegate->showPlugin(u"plugin.unknown"_s));
+        isDone = true;
+    });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isDone.load(); }));
+    worker.join();
+    EXPECT_EQ(view->thread(), qApp->thread());
+    EXPECT_EQ(shownView(), u"plugin.fixture.UsesEverything"_s);
+}
+
+TEST_F(Services, ReachPluginsThatAreAppendedDuringABroadcast)
+{
+    start({"Good"});
+    services.addFixture(u"Hidden"_s, services.supportFolder());
+    Installer installer;
+    installer.onFirst = [&] {
+        EXPECT_TRUE(delegate->plugins()->loadPluginFromPath(services.supportFolder()
+                                                            + u"/Hidden.bundle"_s));
+    };
+    delegate->sharedObjectRegister(u"test.recorder"_s, &installer);
+    send("ping");
+    EXPECT_EQ(installer.events.join(u'|'),
+              u"plugin.fixture.Good ping|plugin.fixture.Hidden initialize Hidden.bundle|"
+              "plugin.fixture.Hidden ping"_s);
+    delegate->sharedObjectRegister(u"test.recorder"_s, nullptr);
+}
+
+TEST_F(Services, DoNothingBeforeThereIsARegistry)
+{
+    QPushButton button;
+    const QColor before = button.palette().color(QPalette::ButtonText);
+    delegate->uiButtonSetTextColor(&button, Qt::red);
+    EXPECT_EQ(button.palette().color(QPalette::ButtonText), before);
+    delegate->signalAllPlugins(Selector(u"ping"_s));
+    EXPECT_FALSE(delegate->showPlugin(u"plugin.status"_s));
+}
+
+TEST_F(Services, MakeDrawersThatBelongToTheCaller)
+{
+    start();
+    QWidget content;
+    content.setGeometry(30, 40, 120, 90);
+    auto *button = new QPushButton(&content);
+    auto drawer = delegate->newDrawerWithContent(&content);
+    EXPECT_EQ(content.geometry(), QRect(0, 0, 120, 90));
+    EXPECT_EQ(button->palette().color(QPalette::ButtonText), Qt::white);
+    EXPECT_FALSE(drawer->isOpen());
+    drawer->open();
+    const QWidget *area = window->findChild<QWidget *>(u"content"_s);
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return content.mapTo(area, QPoint(120, 0)).x() == area->width(); }, 2000))
+        << "it is not at the right-hand edge";
+    for (const quint64 edge : {quint64(1), quint64(77)})
+        delegate->newDrawerWithContent(nullptr, edge)->open();
+    window.reset();
+    EXPECT_FALSE(drawer->isOpen());
+    EXPECT_EQ(content.parentWidget(), nullptr);
+    delegate->newDrawerWithContent(&content)->toggle();
+}
+
+TEST_F(Host, KeepsToItselfWhatATouchBarWouldShow)
+{
+    start({"StatusFixture"});
+    delegate->uiMakeSLVSystemTouchbarWithButtons({QStringLiteral("One")}, &services.recorder,
+                                                 Selector(QStringLiteral("note:")), nullptr);
+    delegate->uiRevertToSystemTouchbar();
+    EXPECT_FALSE(delegate->makeTouchBar());
+    EXPECT_FALSE(TouchBar::installed(window.get()));
+    EXPECT_FALSE(delegate->window()->touchBarStrip());
+}
+
+#include "ServicesTest.moc"

@@ -1,0 +1,191 @@
+#include "host/HostFixture.h"
+#include "platform/ui/SegmentedControl.h"
+#include "platform/ui/TouchBarApplication.h"
+#include "platform/ui/TouchBarStrip.h"
+#include "plugin_host/HostTouchBar.h"
+#include "tests/support/TestMain.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Hears of taps.
+class Target : public QObject
+{
+    Q_OBJECT
+
+public:
+    QStringList heard;
+    Q_INVOKABLE void tapped(const QString &title) { heard << title; }
+};
+
+/// A host with a Touch Bar, and with three of the seven plugins that the icon row leads to.
+class WithTouchBar : public Host
+{
+protected:
+    void SetUp() override
+    {
+        for (const char *name : {"logo_main_tb.svg", "PLUGIN_STATUS_TB.svg"}) {
+            services.addResource(QString::fromLatin1(name),
+                                 "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 9 9'>"
+                                 "<path d='M0 0h9v4H0z'/></svg>");
+        }
+        start({"FirstOne", "Good", "Hidden", "StatusFixture"});
+        become(u"plugin.fixture.FirstOne"_s, u"plugin.cleaners"_s);
+        become(u"plugin.fixture.Good"_s, u"plugin.memboost"_s);
+        become(u"plugin.fixture.Hidden"_s, u"plugin.tweaks"_s);
+        window->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+        delegate->uiRevertToSystemTouchbar();
+    }
+
+    void become(const QString &id, const QString &other)
+    {
+        Dictionary info = mndPlugins::info(delegate->plugins()->pluginWithID(id));
+        info.setValue(u"id"_s, other);
+        QImage icon(48, 48, QImage::Format_ARGB32);
+        icon.fill(Qt::red);
+        icon.setDevicePixelRatio(3);
+        info.setValue(u"icon"_s, icon);
+    }
+
+    TouchBarStrip *strip() const { return delegate->window()->touchBarStrip(); }
+    QStringList items() const
+    {
+        return TouchBar::installed(window.get())->defaultItemIdentifiers();
+    }
+    SegmentedControl *control(int item) const
+    {
+        return qobject_cast<SegmentedControl *>(strip()->itemViews().value(item));
+    }
+    void tap(int item, int segment) const
+    {
+        QTest::mouseClick(control(item)->segment(segment), Qt::LeftButton);
+    }
+    void request(QObject *target, QWidget *sheet = nullptr)
+    {
+        delegate->uiMakeSLVSystemTouchbarWithButtons({u"One"_s, u"Two & Co"_s}, target,
+                                                     Selector(u"tapped:"_s), sheet);
+    }
+    bool showsSystemBar() const { return items() == HostTouchBar::systemItems(); }
+};
+
+} // namespace
+
+TEST_F(WithTouchBar, TapsLeadToPluginsByTheirPlaceInTheWholeList)
+{
+    EXPECT_EQ(
+        items(),
+        (QStringList{u"com.solvane.system.touchbar.icon"_s,
+                     u"com.solvane.system.touchbar.segmented"_s, TouchBar::otherItemsProxy()}));
+    ASSERT_EQ(strip()->itemViews().size(), 2);
+    ASSERT_EQ(control(1)->segmentCount(), 4);
+    struct Case
+    {
+        int segment;
+        const char *name;
+        const char *shown;
+    };
+    for (const Case &c :
+         {Case{1, "FirstOne", "plugin.fixture.FirstOne"}, Case{0, "Status", "plugin.status"},
+          // The network plugin is missing, so that this one's button leads there.
+          Case{2, "Good", "plugin.status"}, Case{3, "Hidden", "plugin.fixture.Good"}}) {
+        EXPECT_EQ(control(1)->segment(c.segment)->accessibleName(), QLatin1String(c.name));
+        tap(1, c.segment);
+        EXPECT_EQ(shownView(), QLatin1String(c.shown)) << c.name;
+    }
+    delegate->tbPressed(nullptr);
+    EXPECT_EQ(shownView(), u"plugin.fixture.Good"_s);
+}
+
+TEST_F(WithTouchBar, PluginButtonsReachTheirTargetALittleLater)
+{
+    auto target = std::make_unique<Target>();
+    request(target.get());
+    EXPECT_EQ(
+        items(),
+        (QStringList{u"com.solvane.system.touchbar.icon"_s, u"com.solvane.plugin.touchbar.system"_s,
+                     u"com.solvane.plugin.touchbar.segmented"_s, TouchBar::otherItemsProxy()}));
+    EXPECT_EQ(control(1)->segmentCount(), 1);
+    EXPECT_EQ(control(2)->segmentStyle(), SegmentedControl::Separated);
+    tap(2, 1);
+    EXPECT_EQ(services.recorder.take().filter(u"after"_s), QStringList{u"after 0.2"_s});
+    delegate->uiRevertToSystemTouchbar(); // the tap counts all the same
+    EXPECT_TRUE(target->heard.isEmpty());
+    services.runScheduled();
+    EXPECT_EQ(target->heard, QStringList{u"Two & Co"_s});
+
+    delegate->uiMakeSLVTouchbarWithButtons({u"Three"_s}, nullptr, Selector(u"other:"_s), nullptr);
+    EXPECT_TRUE(showsSystemBar());
+    SegmentedControl kept({u"One"_s}, delegate.get(), Selector(u"tbPluginPressed:"_s));
+    QTest::mouseClick(kept.segment(0), Qt::LeftButton);
+    services.runScheduled();
+    EXPECT_EQ(target->heard.size(), 2) << "target, selector and titles outlast the bar";
+    QTest::mouseClick(kept.segment(0), Qt::LeftButton);
+    target.reset();
+    services.runScheduled();
+    services.recorder.take();
+    QTest::mouseClick(kept.segment(0), Qt::LeftButton);
+    EXPECT_TRUE(services.recorder.take().filter(u"after"_s).isEmpty())
+        << "nobody is there to hear of it";
+}
+
+TEST_F(WithTouchBar, EveryNavigationAndSheetEndRevertsToTheSystemBar)
+{
+    Target target;
+    const std::function<void()> ways[] = {
+        [&] { tap(1, 0); },
+        [&] { delegate->showPlugin(u"plugin.nobody"_s); },
+        [&] { list()->selectRowIndexes({2}, false); },
+        [&] { delegate->endModalSheet(nullptr); },
+    };
+    for (const auto &way : ways) {
+        request(&target);
+        EXPECT_FALSE(showsSystemBar());
+        way();
+        QCoreApplication::processEvents();
+        EXPECT_TRUE(showsSystemBar());
+    }
+}
+
+TEST_F(WithTouchBar, ASheetHasABarOfItsOwn)
+{
+    Target target;
+    QWidget sheet;
+    request(&target, &sheet);
+    EXPECT_TRUE(showsSystemBar());
+    ASSERT_TRUE(TouchBar::installed(&sheet));
+    EXPECT_EQ(TouchBar::installed(&sheet)->defaultItemIdentifiers(),
+              HostTouchBar::pluginItems(true));
+}
+
+TEST_F(WithTouchBar, BuildsItemsOfHighPriority)
+{
+    for (const QString &identifier :
+         HostTouchBar::pluginItems(true) + HostTouchBar::systemItems()) {
+        const auto item = delegate->touchBarMakeItemForIdentifier(nullptr, identifier);
+        ASSERT_EQ(item != nullptr, identifier != TouchBar::otherItemsProxy());
+        if (item) {
+            EXPECT_EQ(item->identifier, identifier);
+            EXPECT_EQ(item->visibilityPriority, 1000);
+        }
+    }
+    EXPECT_EQ(HostTouchBar::pluginItems(false).size(), 3);
+    EXPECT_EQ(delegate->getAllpluginTBImages().size(), 3) << "the status plugin has no icon";
+    const QImage icon = delegate->getPluginTBImageForID(u"plugin.memboost"_s);
+    EXPECT_EQ(icon.deviceIndependentSize(), QSizeF(18, 18));
+    EXPECT_NEAR(icon.pixelColor(20, 20).green(), 230, 1) << "white at nine tenths";
+    const QImage own = delegate->getPluginTBImageForID(u"plugin.status"_s);
+    EXPECT_EQ(own.pixelColor(4, 2), QColor(Qt::white));
+    EXPECT_EQ(own.pixelColor(4, 30).alpha(), 0);
+    EXPECT_TRUE(delegate->getPluginTBImageForID(u"plugin.network"_s).isNull());
+}
+
+int main(int argc, char **argv)
+{
+    return testMain<TouchBarApplication>(argc, argv);
+}
+
+#include "TouchBarTest.moc"

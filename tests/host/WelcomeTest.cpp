@@ -1,0 +1,256 @@
+#include "host/FolderBookmark.h"
+#include "host/HostFixture.h"
+#include "platform/foundation/RealFileSystem.h"
+#include "platform/ui/ModalLoop.h"
+
+#include <QScopedValueRollback>
+#include <QTabWidget>
+#include <QTest>
+#include <QTimer>
+
+#include <thread>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A host of the store edition whose user does one thing after the other.
+class StoreEdition : public Host
+{
+protected:
+    StoreEdition()
+    {
+        systemServices().edition = 1;
+        services.actualHome = accountHome.path();
+        window->show();
+    }
+    ~StoreEdition() override { systemServices().edition = 2; }
+
+    /// Past the first question, and as if it had never been asked.
+    void startWelcomed()
+    {
+        services.defaults[u"slv.sandbox.home"_s] = realHome();
+        start();
+        services.defaults.clear();
+    }
+
+    QString realHome() const { return services.actualHome; }
+
+    /// In the welcome window, while it shows.
+    template <typename T = QWidget>
+    T *part(const char *name) const
+    {
+        return window->findChild<T *>(QString::fromLatin1(name));
+    }
+    void press(const char *name) const { QTest::mouseClick(part(name), Qt::LeftButton); }
+
+    /// What the user does when the welcome window has come up.
+    void whenWelcomed(const std::function<void()> &act)
+    {
+        QTimer::singleShot(0, window.get(), [this, act] {
+            if (part("tvWelcomeMain"))
+                return act();
+            ADD_FAILURE() << "the welcome window does not show";
+            ModalLoop::stopModal();
+        });
+    }
+    QString stored(const char *key) const
+    {
+        return services.defaults.value(QString::fromLatin1(key)).toString();
+    }
+    QStringList asked()
+    {
+        return services.recorder.take().filter(QRegularExpression(u"^(choose|alert|exit)"_s));
+    }
+
+    QTemporaryDir accountHome; ///< not where HOME points to
+};
+
+} // namespace
+
+TEST_F(StoreEdition, AsksForTheHomeFolderUntilItIsTheRightOne)
+{
+    services.addResource(u"en.strings"_s, "SZ_NEXT = Go; SZ_HOME_ERROR_DESC = \"%@ %@ %@\";");
+    services.chosenFolders = {u"/tmp/wrong"_s, realHome() + u'/', QString(), realHome().toUpper()};
+    const QString question = u"choose Please select your home directory|"_s + realHome();
+    const QString alert = u"alert Selection is not your home folder|%1 %2 %1|OK|"_s;
+    bool isDone = false;
+    whenWelcomed([&] {
+        const auto *pages = part<QTabWidget>("tvWelcomeMain");
+        EXPECT_EQ(pages->currentIndex(), 0);
+        EXPECT_FALSE(pages->tabBar()->isVisible());
+        EXPECT_FALSE(part("lblExit")->isVisible());
+        EXPECT_EQ(part<QPushButton>("btnNext")->text(), u"Go"_s);
+        EXPECT_EQ(part<QLabel>("lblWelcomeTitle")->text(), u"Welcome to Solvane"_s);
+        EXPECT_FALSE(delegate->uiModalShowing()) << "it is not counted";
+        press("btnNext");
+        EXPECT_EQ(pages->currentIndex(), 1);
+        EXPECT_TRUE(part("lblExit")->isVisible());
+        press("btnSelect");
+        EXPECT_EQ(asked(),
+                  (QStringList{question, alert.arg(realHome(), u"/tmp/wrong"_s), question,
+                               alert.arg(realHome(), realHome() + u'/'), question}));
+        EXPECT_TRUE(ModalLoop::isRunning()) << "cancelled: the window stays";
+        EXPECT_TRUE(services.defaults.isEmpty());
+        press("btnSelect");
+        isDone = true;
+    });
+    delegate->applicationDidFinishLaunching();
+    services.runScheduled();
+    EXPECT_TRUE(isDone);
+    EXPECT_EQ(part("tvWelcomeMain"), nullptr);
+    EXPECT_EQ(stored("slv.sandbox.home"), realHome().toUpper()) << "the letter case is free";
+    EXPECT_EQ(delegate->getHomeDirectory(), realHome().toUpper()) << "it asks once";
+    EXPECT_EQ(delegate->stringByExpandingTildeInPath(u"~/a~b"_s),
+              u"%1/a%1b"_s.arg(realHome().toUpper()));
+    EXPECT_EQ(delegate->mndEdition(), 1U);
+}
+
+TEST_F(StoreEdition, KeepsABookmarkThatResolvesWhileTheFolderExists)
+{
+    startWelcomed();
+    services.chosenFolders = {realHome()};
+    whenWelcomed([&] { press("btnSelect"); });
+    EXPECT_EQ(delegate->getHomeDirectory(), realHome());
+    EXPECT_EQ(delegate->loadHomeDirectoryBookmark(), QUrl::fromLocalFile(realHome()));
+    QTemporaryDir folder;
+    delegate->saveHomeDirectoryBookmark(FolderBookmark::make(folder.path()));
+    EXPECT_TRUE(delegate->loadHomeDirectoryBookmark().isValid());
+    folder.remove();
+    for (const QByteArray &useless :
+         {FolderBookmark::make(folder.path()), QByteArray("\xff not an address"),
+          QByteArray("http://www.solvane.example/")}) {
+        EXPECT_TRUE(delegate->loadHomeDirectoryBookmark().isEmpty());
+        delegate->saveHomeDirectoryBookmark(useless);
+    }
+}
+
+TEST_F(StoreEdition, SpeaksTheUsersLanguageInTheMiddleOfTheScreen)
+{
+    const std::pair<const char *, const char *> texts[] = {
+        {"lblWelcomeTitle", "SZ_WELCOME_TITLE"},
+        {"lblWelcomeDesc", "SZ_WELCOME_DESC"},
+        {"btnNext", "SZ_NEXT"},
+        {"lblWelcomePrompt", "SZ_HOME_PROMPT"},
+        {"lblWelcomePromptDesc", "SZ_HOME_PROMPT_DESC"},
+        {"btnSelect", "SZ_HOME_SELECT"},
+        {"lblExit", "SZ_WELCOME_DENY"},
+        {nullptr, "SZ_HOME_POLITE"},
+        {nullptr, "SZ_HOME_ERROR_TITLE"},
+    };
+    QByteArray file;
+    for (const auto &[name, key] : texts)
+        file += QByteArray(key) + " = \"of " + key + "\";";
+    services.addResource(u"en.strings"_s, file);
+    struct UsualFolders : RealFileSystem
+    {
+        bool exists(const QString &path) const override { return path == "/Users/tester"_L1; }
+    } folders;
+    startWelcomed();
+    const QScopedValueRollback<FileSystem *> files(systemServices().fileSystem, &folders);
+    services.chosenFolders = {u"/wrong"_s, realHome()};
+    window->move(3, 4);
+    whenWelcomed([&] {
+        EXPECT_EQ(window->frameGeometry().center(), services.visibleFrame.center());
+        for (const auto &[name, key] : texts) {
+            if (name) {
+                EXPECT_EQ(part(name)->property("text"), u"of "_s + QLatin1StringView(key));
+            }
+        }
+        press("btnSelect");
+    });
+    delegate->getHomeDirectory();
+    const QString question = u"choose of SZ_HOME_POLITE|/Users/tester"_s;
+    const QStringList heard = asked();
+    EXPECT_EQ(heard.value(0), question);
+    EXPECT_TRUE(heard.value(1).startsWith("alert of SZ_HOME_ERROR_TITLE|"_L1));
+    EXPECT_EQ(heard.value(2), question);
+}
+
+TEST_F(StoreEdition, AsksInFrontOfASheetThatComesBackAfterwards)
+{
+    startWelcomed();
+    services.chosenFolders = {realHome()};
+    QWidget sheet;
+    QWidget later;
+    delegate->beginModalSheet(&sheet);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(sheet.isVisible());
+    whenWelcomed([&] {
+        EXPECT_TRUE(part("tvWelcomeMain")->isVisible());
+        EXPECT_FALSE(sheet.isVisible());
+        delegate->_beginModalSheet(&later, MainWindow::InTurn);
+        EXPECT_FALSE(later.isVisible());
+        press("btnSelect");
+    });
+    EXPECT_EQ(delegate->getHomeDirectory(), realHome());
+    for (QWidget *next : {&sheet, &later}) {
+        QCoreApplication::processEvents();
+        EXPECT_TRUE(next->isVisible());
+        delegate->endModalSheet(next);
+        QCoreApplication::processEvents();
+        EXPECT_TRUE(next->isHidden());
+    }
+}
+
+TEST_F(StoreEdition, EndsTheProgramForAUserWhoRefuses)
+{
+    startWelcomed();
+    Welcome welcome;
+    for (const bool byTouchBar : {false, true}) {
+        whenWelcomed([&] {
+            welcome.tbPressed(u"Something else"_s);
+            EXPECT_EQ(asked(), QStringList());
+            welcome.tbPressed(u"Next"_s);
+            if (byTouchBar)
+                welcome.tbPressed(u"Disallow access and exit"_s);
+            else
+                press("lblExit");
+        });
+        EXPECT_FALSE(welcome.show());
+        EXPECT_EQ(asked(), QStringList{u"exit 0"_s});
+    }
+}
+
+TEST_F(StoreEdition, LetsEveryoneWaitForTheOneAnswer)
+{
+    startWelcomed();
+    services.chosenFolders = {realHome()};
+    QStringList answers;
+    std::thread worker;
+    whenWelcomed([&] {
+        // A plugin's timer asks while the window shows, and so does a thread.
+        worker = std::thread([&] {
+            const QString answer = delegate->getHomeDirectory();
+            QMetaObject::invokeMethod(qApp, [&, answer] { answers << answer; });
+        });
+        QTimer::singleShot(20, window.get(), [&] { press("btnSelect"); });
+        answers << delegate->getHomeDirectory();
+    });
+    answers << delegate->getHomeDirectory();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return answers.size() == 3; }, 3000));
+    worker.join();
+    EXPECT_EQ(answers, QStringList(3, realHome()));
+    EXPECT_FALSE(ModalLoop::isRunning());
+}
+
+TEST_F(StoreEdition, DoesWithoutAWindowToAskIn)
+{
+    InterfaceFile::remove(u"Welcome"_s);
+    start();
+    EXPECT_TRUE(delegate->getHomeDirectory().isNull());
+    EXPECT_FALSE(delegate->isHomeDirectory({}));
+}
+
+TEST_F(Host, OfTheWebEditionAsksNobodyForTheHomeFolder)
+{
+    start();
+    services.defaults[u"slv.sandbox.home"_s] = u"/elsewhere"_s;
+    services.actualHome = u"/home/Of The Account"_s;
+    EXPECT_EQ(delegate->getHomeDirectory(), services.home.path());
+    EXPECT_EQ(delegate->mndEdition(), 2U);
+    EXPECT_FALSE(delegate->isHomeDirectory(services.home.path()));
+    EXPECT_TRUE(delegate->isHomeDirectory(u"/home/of the account"_s));
+    EXPECT_FALSE(delegate->isHomeDirectory(u"/home/Of The Account/"_s));
+    EXPECT_FALSE(delegate->isHomeDirectory({}));
+}
