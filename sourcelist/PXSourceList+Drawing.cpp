@@ -14,6 +14,7 @@ namespace {
 constexpr int badgeFontSize = 12;
 constexpr int headingFontSize = 11;
 constexpr qreal badgeRadius = 8.5;
+constexpr qreal textToBadge = 6;
 
 const QColor headingText(74, 86, 96);
 const QColor badgeFill(152, 168, 202);
@@ -45,6 +46,15 @@ QPixmap scaledIcon(const QImage &image, const QSize &pixels)
     return scaled;
 }
 
+/// Edges between two device pixels would be blurred.
+QRectF onWholePixels(const QRectF &rect, qreal ratio)
+{
+    const auto whole = [ratio](const QPointF &corner) {
+        return QPointF(std::round(corner.x() * ratio), std::round(corner.y() * ratio)) / ratio;
+    };
+    return {whole(rect.topLeft()), whole(rect.bottomRight())};
+}
+
 } // namespace
 
 QSizeF PXSourceList::sizeOfBadgeAtRow(int row)
@@ -59,15 +69,20 @@ QSizeF PXSourceList::sizeOfBadgeAtRow(int row)
 
 QRectF PXSourceList::frameOfOutlineCellAtRow(int row)
 {
-    return SourceListGeometry::outlineCellFrame(baseFrameOfOutlineCell(row), levelForRow(row),
-                                                indentationPerLevel(),
-                                                isGroupAlwaysExpanded(itemAtRow(row)));
+    return inViewDirection(SourceListGeometry::outlineCellFrame(
+        baseFrameOfOutlineCell(row), levelForRow(row), indentationPerLevel(),
+        isGroupAlwaysExpanded(itemAtRow(row))));
 }
 
 QRectF PXSourceList::frameOfCellAtColumn(int column, int row)
 {
+    return column == 0 ? inViewDirection(leftToRightTextFrame(row)) : QRectF();
+}
+
+QRectF PXSourceList::leftToRightTextFrame(int row)
+{
     OutlineItem item = itemAtRow(row);
-    if (column != 0 || !item)
+    if (!item)
         return {};
     SourceListGeometry::Row geometry;
     geometry.rect = rectOfRow(row);
@@ -85,7 +100,10 @@ QRectF PXSourceList::frameOfCellAtColumn(int column, int row)
 OutlineViewCell PXSourceList::dataCellForRow(int row)
 {
     OutlineViewCell cell = OutlineView::dataCellForRow(row);
-    if (isGroupItem(itemAtRow(row))) {
+    OutlineItem item = itemAtRow(row);
+    if (item && itemHasBadge(item))
+        cell.endMargin = textToBadge;
+    if (isGroupItem(item)) {
         cell.font.setPixelSize(headingFontSize);
         cell.font.setBold(true);
         cell.font.setCapitalization(QFont::AllUppercase);
@@ -107,7 +125,11 @@ void PXSourceList::drawRow(int row, QPainter *painter, const QRectF &clip)
         drawIcon(row, painter);
     const QSizeF badge = sizeOfBadgeAtRow(row);
     if (!badge.isEmpty())
-        drawBadgeForRow(row, SourceListGeometry::badgeRect(rectOfRow(row), badge), painter);
+        drawBadgeForRow(
+            row,
+            onWholePixels(inViewDirection(SourceListGeometry::badgeRect(rectOfRow(row), badge)),
+                          painter->device()->devicePixelRatioF()),
+            painter);
     painter->restore();
 }
 
@@ -121,7 +143,8 @@ void PXSourceList::drawIcon(int row, QPainter *painter)
         image = source()->sourceListIconForItem(this, item);
     if (image.isNull())
         return;
-    const QRectF icon = SourceListGeometry::iconRect(frameOfCellAtColumn(0, row), _iconSize);
+    const QRectF icon =
+        inViewDirection(SourceListGeometry::iconRect(leftToRightTextFrame(row), _iconSize));
     const QRectF rect = SourceListGeometry::imageRect(icon, image.deviceIndependentSize());
     const qreal ratio = painter->device()->devicePixelRatioF();
     // Whole device pixels keep small icons crisp.

@@ -115,6 +115,7 @@ private:
     PXSourceListDataSource *source() const;
     PXSourceListDelegate *judge() const;
     void post(const QString &name, const Dictionary &userInfo = {});
+    QRectF leftToRightTextFrame(int row);
     void drawIcon(int row, QPainter *painter);
     bool isWindowVisible() const;
     bool isFirstResponder() const;

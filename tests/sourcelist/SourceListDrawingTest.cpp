@@ -1,0 +1,215 @@
+#include "tests/sourcelist/SourceListTree.h"
+
+#include "sourcelist/SourceListGeometry.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QPainter>
+
+namespace {
+
+/// The tree with badge colours and icons for selected rows.
+class ColouredTree : public BadgedTree
+{
+    Q_OBJECT
+    Q_INTERFACES(PXSourceListDataSource)
+
+public:
+    using BadgedTree::BadgedTree;
+    QColor fill, text;
+    QImage selectedIcon;
+
+    QColor sourceListBadgeBackgroundColorForItem(PXSourceList *, OutlineItem) override
+    {
+        return fill;
+    }
+    QColor sourceListBadgeTextColorForItem(PXSourceList *, OutlineItem) override { return text; }
+    QImage sourceListIconForItemSelected(PXSourceList *, OutlineItem) override
+    {
+        return selectedIcon;
+    }
+};
+
+QImage iconOf(int size, const QColor &color)
+{
+    QImage icon(size, size, QImage::Format_ARGB32_Premultiplied);
+    icon.fill(color);
+    return icon;
+}
+
+/// A list "A(a b) A(c)" beside a text field in a window, drawn at a scale.
+class SourceListDrawing : public testing::TestWithParam<qreal>
+{
+protected:
+    ColouredTree tree{u"A(a b) A(c)"_s};
+    SourceDelegate delegate;
+    QWidget window;
+    PXSourceList &list = *new PXSourceList(&window);
+
+    SourceListDrawing()
+    {
+        window.resize(200, 300);
+        list.resize(200, 200);
+        list.setDelegate(&delegate);
+        list.setDataSource(&tree);
+        list.setBackgroundColor(Qt::gray);
+        window.show();
+        window.activateWindow();
+        list.setFocus();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+    }
+
+    QImage drawn()
+    {
+        QImage image(list.viewport()->size() * GetParam(), QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(GetParam());
+        list.viewport()->render(&image);
+        return image;
+    }
+    QColor at(const QImage &image, const QPointF &point) const
+    {
+        return image.pixelColor((point * GetParam()).toPoint());
+    }
+    /// What has the colour in that row, in points.
+    QRectF extent(const QImage &image, int row, const QColor &color) const
+    {
+        QRect found;
+        const QRectF rect = list.rectOfRow(row);
+        for (int y = qRound(rect.top() * GetParam()); y < qRound(rect.bottom() * GetParam()); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (image.pixelColor(x, y) == color)
+                    found |= QRect(x, y, 1, 1);
+            }
+        }
+        return QRectF(QPointF(found.topLeft()) / GetParam(), QSizeF(found.size()) / GetParam());
+    }
+    QRectF badgeOf(int row)
+    {
+        return SourceListGeometry::badgeRect(list.rectOfRow(row), list.sizeOfBadgeAtRow(row));
+    }
+};
+
+} // namespace
+
+TEST_P(SourceListDrawing, BadgesHaveTheirColours)
+{
+    const QColor accent(10, 200, 30);
+    QPalette colors = list.palette();
+    colors.setColor(QPalette::Highlight, accent);
+    list.setPalette(colors);
+    QWidget elsewhere(&window);
+    elsewhere.setFocusPolicy(Qt::StrongFocus);
+    elsewhere.show();
+    tree.item(u"a"_s)->badge = 88888;
+    struct Case
+    {
+        const char *title;
+        bool isSelected, isVisible, hasKeyboard;
+        QColor wantedFill, wantedText, fill, text;
+    };
+    const QColor usual(152, 168, 202), own(1, 2, 3), ownText(4, 5, 6);
+    for (const Case &c : {
+             Case{"selected, hidden", true, false, true, own, ownText, Qt::white, {170, 170, 170}},
+             {"selected, keyboard here", true, true, true, own, ownText, Qt::white, accent},
+             {"selected, elsewhere", true, true, false, own, ownText, Qt::white, {153, 169, 203}},
+             {"not selected", false, true, true, {}, {}, usual, Qt::white},
+             {"with colours of its own", false, true, true, own, ownText, own, ownText},
+             {"with its own text alone", false, true, true, {}, ownText, usual, ownText},
+             {"not selected, hidden", false, false, true, own, ownText, {180, 180, 180}, Qt::white},
+         }) {
+        SCOPED_TRACE(c.title);
+        tree.fill = c.wantedFill;
+        tree.text = c.wantedText;
+        list.selectRowIndexes({c.isSelected ? 1 : 2}, false);
+        (c.hasKeyboard ? &list : &elsewhere)->setFocus();
+        window.setVisible(c.isVisible);
+        const QImage image = drawn();
+        const QRectF badge = badgeOf(1);
+        EXPECT_EQ(at(image, {badge.left() + 5, badge.center().y()}), c.fill);
+        EXPECT_FALSE(extent(image, 1, c.text).isEmpty());
+        // Round ends leave the corners to the row.
+        EXPECT_NE(at(image, badge.topLeft() + QPointF(1, 1)), c.fill);
+        const QRectF filled = extent(image, 1, c.fill);
+        if (c.fill != QColor(Qt::white)) { // as the title of a selected row is
+            EXPECT_NEAR(filled.left(), badge.left(), 1.5);
+            EXPECT_NEAR(filled.height(), 17, 0.6) << "no edge between two pixels";
+        }
+    }
+}
+
+TEST_P(SourceListDrawing, IconsAreDrawnAtTheirSizeOrCutDownToTheLists)
+{
+    for (const auto &[size, drawnSize] :
+         {std::pair(12, 12), std::pair(16, 16), std::pair(32, 16), std::pair(64, 16)}) {
+        SCOPED_TRACE(size);
+        tree.item(u"b"_s)->icon = iconOf(size, Qt::red);
+        const QRectF red = extent(drawn(), 2, Qt::red);
+        const QRectF room =
+            SourceListGeometry::iconRect(list.frameOfCellAtColumn(0, 2), list.iconSize());
+        EXPECT_NEAR(red.width(), drawnSize, 1 / GetParam());
+        EXPECT_NEAR(red.height(), drawnSize, 1 / GetParam());
+        EXPECT_NEAR(red.center().x(), room.center().x(), 1);
+        EXPECT_NEAR(red.center().y(), room.center().y(), 1);
+    }
+    list.selectRowIndexes({2}, false);
+    EXPECT_FALSE(extent(drawn(), 2, Qt::red).isEmpty()) << "the usual one stands in";
+    tree.selectedIcon = iconOf(16, Qt::green);
+    EXPECT_FALSE(extent(drawn(), 2, Qt::green).isEmpty());
+    EXPECT_TRUE(extent(drawn(), 2, Qt::red).isEmpty());
+    tree.item(u"A"_s)->icon = iconOf(16, Qt::red);
+    EXPECT_TRUE(extent(drawn(), 0, Qt::red).isEmpty()) << "headings have none";
+}
+
+TEST_P(SourceListDrawing, SelectionShowsInEveryState)
+{
+    list.selectRowIndexes({1}, false);
+    const QPointF inside = list.rectOfRow(1).center() + QPointF(60, 0);
+    EXPECT_EQ(at(drawn(), inside), list.palette().color(QPalette::Active, QPalette::Highlight));
+    list.clearFocus();
+    EXPECT_LT(at(drawn(), inside).lightness(), 150) << "white text reads on it";
+    EXPECT_EQ(at(drawn(), inside - QPointF(0, 28)), QColor(Qt::gray)) << "the heading above";
+}
+
+TEST_P(SourceListDrawing, MirrorsEverythingFromRightToLeft)
+{
+    tree.item(u"a"_s)->badge = 7;
+    tree.item(u"a"_s)->icon = iconOf(16, Qt::red);
+    tree.fill = QColor(1, 2, 3);
+    list.setIndentationPerLevel(10);
+    delegate.keepsGroupsOpen = false;
+    list.reloadData();
+    struct Place
+    {
+        QRectF icon, badge, text, triangle, heading;
+    };
+    const auto look = [this] {
+        const QImage image = drawn();
+        return Place{extent(image, 1, Qt::red), extent(image, 1, tree.fill),
+                     list.frameOfCellAtColumn(0, 1), list.frameOfOutlineCellAtRow(0),
+                     list.frameOfCellAtColumn(0, 0)};
+    };
+    const Place straight = look();
+    list.setLayoutDirection(Qt::RightToLeft);
+    const Place mirrored = look();
+    EXPECT_FALSE(straight.triangle.isEmpty());
+    for (const auto part :
+         {&Place::icon, &Place::badge, &Place::text, &Place::triangle, &Place::heading}) {
+        const QRectF there = mirrored.*part;
+        EXPECT_NEAR((straight.*part).left(), 200 - there.right(), 1.01);
+        EXPECT_NEAR((straight.*part).width(), there.width(), 1.01);
+        EXPECT_EQ((straight.*part).top(), there.top());
+    }
+    EXPECT_NEAR(mirrored.icon.left() - mirrored.text.right(), 3, 1.01);
+    list.selectRowIndexes({1}, false);
+    QTest::keyClick(&list, Qt::Key_Right); // to the heading, which is no row to select
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, mirrored.triangle.center().toPoint());
+    EXPECT_EQ(rowsOf(list), u"A A c");
+}
+
+INSTANTIATE_TEST_SUITE_P(Scales, SourceListDrawing, testing::Values(1.0, 1.5, 2.0),
+                         [](const auto &info) {
+                             return "At" + std::to_string(int(info.param * 100)) + "Percent";
+                         });
+
+#include "SourceListDrawingTest.moc"
