@@ -1,0 +1,251 @@
+#include "host/HostFixture.h"
+
+#include <QAccessible>
+#include <QCheckBox>
+#include <QSlider>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A host whose sheets are opened by their menu entries.
+class Sheets : public Host
+{
+protected:
+    Sheets()
+    {
+        services.addResource(u"../Info.plist"_s,
+                             "{ CFBundleVersion = 512; CFBundleExecutable = solvane; }");
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(services.home.filePath(u"conf"_s)));
+    }
+    ~Sheets() override { systemServices().edition = 2; }
+
+    /// The program that an entry for the start at login would run.
+    void addProgram() const
+    {
+        QDir().mkpath(services.root.filePath(u"Solvane.app/Contents/MacOS"_s));
+        QFile program(services.root.filePath(u"Solvane.app/Contents/MacOS/solvane"_s));
+        EXPECT_TRUE(program.open(QIODevice::WriteOnly) && program.write("#!/bin/true\n"));
+        program.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    }
+    void open(const char *entry)
+    {
+        window->show();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+        item(entry)->trigger();
+        QCoreApplication::processEvents();
+        services.runScheduled();
+        services.recorder.take();
+    }
+    /// In the sheet that shows; null when it does not.
+    template <typename T = QLabel>
+    T *part(const char *name) const
+    {
+        return window->findChild<T *>(QString::fromLatin1(name));
+    }
+    QString text(const char *name) const
+    {
+        return part(name) ? part(name)->text() : u"not shown"_s;
+    }
+    void pressEscape() const
+    {
+        QTest::keyClick(window->focusWidget(), Qt::Key_Escape);
+        QCoreApplication::processEvents();
+    }
+    QString entryPath() const
+    {
+        return services.home.filePath(u"conf/autostart/com.solvane.Solvane.desktop"_s);
+    }
+};
+
+} // namespace
+
+TEST_F(Sheets, OfThePreferencesTakeTheirTextsFromTheLanguageFile)
+{
+    start();
+    open("miPrefs");
+    const char *const names[] = {"lblTitle",     "lblAutolaunch", "lblClose",   "lblDelay",
+                                 "lblDelayInfo", "lblDelayMin",   "lblDelayMax"};
+    QStringList texts{part<QCheckBox>("cbAutolaunch")->text()};
+    for (const char *name : names)
+        texts << text(name);
+    EXPECT_EQ(texts,
+              (QStringList{u"Start Solvane at login"_s, u"Preferences"_s,
+                           u"Solvane starts by itself each time you log in."_s, u"Close"_s,
+                           u"Forced delay"_s,
+                           u"How long you have to wait before you can confirm an action that "
+                           "cannot be undone."_s,
+                           u"2s"_s, u"15s"_s}))
+        << "without a key, as designed";
+    const auto *slider = part<QSlider>("sliderDelay");
+    EXPECT_EQ(slider->minimum(), 2);
+    EXPECT_EQ(slider->maximum(), 15);
+    EXPECT_EQ(part<QCheckBox>("cbAutolaunch")->palette().color(QPalette::WindowText), Qt::black);
+    pressEscape();
+
+    ASSERT_EQ(part("lblTitle"), nullptr);
+    constexpr int designedHeight = 330;
+    services.addResource(u"en.strings"_s,
+                         "SZ_PREFS_TITLE = T; SZ_PREFS_AUTOLAUNCH = A; SZ_CLOSE = C; "
+                         "SZ_PREFS_AUTOLAUNCH_INFO = I; SZ_PREFS_DELAY = D; "
+                         "SZ_PREFS_SECONDS_MIN = L; SZ_PREFS_SECONDS_MAX = M; "
+                         "SZ_PREFS_SECONDS = \"%d!\"; SZ_PREFS_DELAY_INFO = \""
+                             + QByteArray("long words ").repeated(200) + "\";");
+    delegate->applicationDidFinishLaunching();
+    services.runScheduled();
+    open("miPrefs");
+    texts = {part<QCheckBox>("cbAutolaunch")->text()};
+    for (const char *name : names)
+        texts << text(name).left(4);
+    EXPECT_EQ(texts.join(u' '), u"A T I C D long L M"_s);
+    EXPECT_EQ(text("lblDelayValue"), u"10!"_s);
+    QWidget *sheet = part("lblTitle")->parentWidget();
+    EXPECT_GT(sheet->height(), designedHeight) << "long texts get the room they need";
+    QAccessibleInterface *spoken =
+        QAccessible::queryAccessibleInterface(part<QSlider>("sliderDelay"));
+    EXPECT_EQ(spoken->text(QAccessible::Name), u"D"_s);
+    EXPECT_TRUE(spoken->text(QAccessible::Description).startsWith(u"10!. long"_s));
+}
+
+TEST_F(Sheets, OfThePreferencesOpenAtTheStoredDelayAndStoreWhatIsChosen)
+{
+    const QString key = u"slvCritical.delay"_s;
+    const std::pair<QVariant, int> stored[] = {
+        {{}, 10}, {0, 10},     {20, 10},        {2, 2},
+        {15, 15}, {u"8"_s, 8}, {u"many"_s, 10}, {QVariantList{7}, 10},
+    };
+    start();
+    for (const auto &[value, shown] : stored) {
+        services.defaults[key] = value;
+        open("miPrefs");
+        EXPECT_EQ(part<QSlider>("sliderDelay")->value(), shown) << qPrintable(value.toString());
+        EXPECT_EQ(text("lblDelayValue"), u"%1s"_s.arg(shown));
+        EXPECT_EQ(services.defaults[key], value) << "looking stores nothing";
+        pressEscape();
+        ASSERT_EQ(part("lblTitle"), nullptr);
+    }
+    open("miPrefs");
+    part<QSlider>("sliderDelay")->setFocus();
+    QTest::keyClick(window->focusWidget(), Qt::Key_Right);
+    EXPECT_EQ(services.defaults[key], QVariant(11));
+    EXPECT_EQ(text("lblDelayValue"), u"11s"_s);
+    EXPECT_EQ(services.recorder.take(), QStringList{u"synchronize"_s});
+    services.defaultsAreWritten = false;
+    QTest::keyClick(window->focusWidget(), Qt::Key_End);
+    EXPECT_EQ(services.recorder.take().value(1),
+              u"syslog The setting slvCritical.delay could not be written."_s);
+    QTest::keyClick(window->focusWidget(), Qt::Key_Right);
+    EXPECT_EQ(services.defaults[key], QVariant(15));
+}
+
+TEST_F(Sheets, OfThePreferencesSwitchTheStartAtLogin)
+{
+    addProgram();
+    start();
+    open("miPrefs");
+    auto *box = part<QCheckBox>("cbAutolaunch");
+    EXPECT_FALSE(box->isChecked());
+    box->click();
+    EXPECT_TRUE(box->isChecked());
+    QFile entry(entryPath());
+    ASSERT_TRUE(entry.open(QIODevice::ReadOnly));
+    const QByteArray content = entry.readAll();
+    entry.close();
+    pressEscape();
+    // Switched off in the desktop's own settings.
+    for (const char *line : {"Hidden=true\n", "X-GNOME-Autostart-enabled=false\n"}) {
+        QByteArray disabled = content;
+        disabled.replace("X-GNOME-Autostart-enabled=true\n", line);
+        ASSERT_TRUE(entry.open(QIODevice::WriteOnly) && entry.write(disabled));
+        entry.close();
+        open("miPrefs");
+        EXPECT_FALSE(part<QCheckBox>("cbAutolaunch")->isChecked()) << line;
+        pressEscape();
+    }
+    open("miPrefs");
+    part<QCheckBox>("cbAutolaunch")->click();
+    EXPECT_TRUE(part<QCheckBox>("cbAutolaunch")->isChecked());
+    EXPECT_FALSE(part("lblAutolaunchFailed")->isVisible());
+    part<QCheckBox>("cbAutolaunch")->click();
+    EXPECT_FALSE(QFile::exists(entryPath()));
+
+    // There is a file where the folder would have to be.
+    QDir(services.home.filePath(u"conf"_s)).removeRecursively();
+    QFile(services.home.filePath(u"conf"_s)).open(QIODevice::WriteOnly);
+    part<QCheckBox>("cbAutolaunch")->click();
+    EXPECT_FALSE(part<QCheckBox>("cbAutolaunch")->isChecked()) << "it shows what is so";
+    EXPECT_TRUE(part("lblAutolaunchFailed")->isVisible());
+    pressEscape();
+    open("miPrefs");
+    EXPECT_FALSE(part("lblAutolaunchFailed")->isVisible());
+}
+
+TEST_F(Sheets, OfTheStoreEditionHaveAPictureInThePlaceOfTheStartAtLogin)
+{
+    systemServices().edition = 1;
+    services.defaults[u"slv.sandbox.home"_s] = services.home.path();
+    start();
+    open("miPrefs");
+    EXPECT_FALSE(part<QCheckBox>("cbAutolaunch")->isVisible());
+    EXPECT_FALSE(part("lblAutolaunch")->isVisible());
+    EXPECT_TRUE(part<QWidget>("imgHolder")->isVisible());
+    pressEscape();
+    open("miAbout");
+    EXPECT_EQ(text("lblEdition"), u"Mac App Store Edition"_s);
+}
+
+TEST_F(Sheets, OfTheAboutEntryTellWhatThisIs)
+{
+    start();
+    open("miAbout");
+    EXPECT_EQ(text("lblVersion"), u"Version 512"_s);
+    EXPECT_EQ(text("lblEdition"), u"Web edition"_s);
+    EXPECT_EQ(text("lblLink"), u"www.solvane.example"_s);
+    QTest::keyClick(window->focusWidget(), Qt::Key_Return);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(part("lblLink"), nullptr);
+    EXPECT_EQ(services.recorder.take().filter(u"url"_s), QStringList()) << "OK has the keyboard";
+    EXPECT_FALSE(delegate->uiModalShowing());
+
+    for (const auto &[starts, opens] : {std::pair{true, true}, {true, false}, {false, false}}) {
+        services.workspaceOpens = starts;
+        services.browserFails = starts && !opens;
+        open("miAbout");
+        part("lblLink")->setFocus();
+        QTest::keyClick(window->focusWidget(), Qt::Key_Return);
+        QTest::keyClick(window->focusWidget(), Qt::Key_Return);
+        const QRegularExpression visible(u"url|alert"_s);
+        EXPECT_EQ(services.recorder.take().filter(visible), QStringList()) << "not yet";
+        bool wasShown = true;
+        services.onUrlOpened = [&] { wasShown = part("lblLink"); };
+        QCoreApplication::processEvents();
+        QCoreApplication::processEvents();
+        services.onUrlOpened = {};
+        EXPECT_FALSE(wasShown) << "the sheet goes first";
+        const QStringList told = services.recorder.take().filter(visible);
+        EXPECT_EQ(told.value(0), u"open url http://www.solvane.example"_s);
+        EXPECT_EQ(told.size(), opens ? 1 : 2) << "pressed twice, told once";
+        EXPECT_EQ(told.value(1).endsWith(u"visit this page with a browser of your choice:\n\n"
+                                         "http://www.solvane.example|OK|"_s),
+                  !opens);
+        EXPECT_EQ(part("lblLink"), nullptr);
+        EXPECT_FALSE(delegate->uiModalShowing()) << "pressed twice, counted once";
+    }
+}
+
+TEST_F(Sheets, OpenOneAtATime)
+{
+    start();
+    open("miAbout");
+    open("miPrefs");
+    EXPECT_EQ(part("lblTitle"), nullptr);
+    EXPECT_NE(part("lblLink"), nullptr);
+    pressEscape();
+    open("miPrefs");
+    EXPECT_NE(part("lblTitle"), nullptr);
+    QTest::mouseClick(part("lblClose"), Qt::LeftButton);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(part("lblTitle"), nullptr);
+    EXPECT_FALSE(delegate->uiModalShowing());
+}
