@@ -62,3 +62,8 @@ void MeterCard::setNote(const QString &note)
 {
     m_note->setText(note);
 }
+
+QString MeterCard::text() const
+{
+    return m_chart->accessibleName();
+}

@@ -12,8 +12,9 @@ constexpr int firstInterval = 400;
 
 } // namespace
 
-StatusMonitor::StatusMonitor(QString root)
-    : m_root(std::move(root))
+StatusMonitor::StatusMonitor(mndCore *core, QString root)
+    : m_core(core)
+    , m_root(std::move(root))
 {
     connect(&m_timer, &QTimer::timeout, this, &StatusMonitor::tick);
 }
@@ -25,8 +26,19 @@ void StatusMonitor::start()
     m_ticks = 0;
     m_lastTimes.reset();
     m_timer.start(firstInterval);
-    m_jobs.start(u"facts"_s, [this, root = m_root] {
-        return [this, facts = readSystemFacts(root)] {
+    readEverything();
+}
+
+void StatusMonitor::refresh()
+{
+    if (isRunning())
+        readEverything();
+}
+
+void StatusMonitor::readEverything()
+{
+    m_jobs.start(u"facts"_s, [this, root = m_root, known = hostFacts(m_core)] {
+        return [this, facts = readSystemFacts(root, known)] {
             if (isRunning())
                 Q_EMIT factsRead(facts);
         };

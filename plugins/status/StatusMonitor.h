@@ -28,13 +28,16 @@ class StatusMonitor : public QObject
     Q_OBJECT
 
 public:
+    /// @param core the host, for what it tells of the machine; null for none.
     /// @param root folder that stands for "/" in the kernel's and the distribution's files.
-    explicit StatusMonitor(QString root = {});
+    explicit StatusMonitor(mndCore *core, QString root = {});
 
     /// Reads everything at once and then goes on. Nothing happens when it is started already.
     void start();
     /// From here on no timer runs and no signal is sent.
     void stop();
+    /// Reads everything once more, at once, while started.
+    void refresh();
     bool isRunning() const { return m_timer.isActive(); }
 
     static constexpr int interval = 2000; ///< milliseconds between two live readings
@@ -52,11 +55,13 @@ Q_SIGNALS:
 
 private:
     void tick();
+    void readEverything();
     void readLive();
     void readVolumes();
     void takeLive(const std::optional<ProcessorTimes> &times, LiveReading reading);
     void takeVolumes(const std::vector<Volume> &volumes);
 
+    mndCore *const m_core;
     QString m_root;
     QTimer m_timer;
     int m_ticks = 0;

@@ -14,9 +14,9 @@
 
 using namespace Qt::StringLiterals;
 
-StatusView::StatusView(const Texts &texts, const QString &root)
-    : m_texts(texts)
-    , m_monitor(root)
+StatusView::StatusView(mndCore *core, const QString &root)
+    : m_texts(core)
+    , m_monitor(core, root)
 {
     auto *column =
         new QVBoxLayout(look::addScrollingColumn(this, m_texts(u"SZ_STATUS_NAME"_s, u"Status"_s)));
@@ -99,11 +99,11 @@ QLayout *StatusView::makeMeters()
     m_load->setValue(u"\u2013"_s, measuring, processor);
     m_memory = new MeterCard(memory, period, look::secondAccent);
     m_memory->setValue(u"\u2013"_s, measuring, memory);
-    auto *row = new QHBoxLayout;
-    row->setSpacing(look::gap);
-    row->addWidget(m_load, 1);
-    row->addWidget(m_memory, 1);
-    return row;
+    m_meters = new QHBoxLayout;
+    m_meters->setSpacing(look::gap);
+    m_meters->addWidget(m_load, 1);
+    m_meters->addWidget(m_memory, 1);
+    return m_meters;
 }
 
 void StatusView::connectMonitor()
@@ -113,6 +113,17 @@ void StatusView::connectMonitor()
     connect(&m_monitor, &StatusMonitor::volumesRead, m_volumes, &VolumeList::setVolumes);
     connect(&m_monitor, &StatusMonitor::usageRead, m_volumes, &VolumeList::setUsage);
     connect(&m_monitor, &StatusMonitor::volumeSilent, m_volumes, &VolumeList::setSilent);
+}
+
+QString StatusView::text() const
+{
+    QStringList lines{m_hostName->text(), m_model->text()};
+    for (const Fact *fact : {&m_system, &m_kernel, &m_uptime})
+        lines << u"%1: %2"_s.arg(fact->caption, fact->value->text());
+    lines << m_load->text() << m_memory->text();
+    lines += m_volumes->texts();
+    lines.removeAll(QString());
+    return lines.join(u'\n') + u'\n';
 }
 
 void StatusView::setShownByHost(bool shown)
@@ -126,6 +137,13 @@ void StatusView::showEvent(QShowEvent *event)
     QWidget::showEvent(event);
     m_onScreen = true;
     follow();
+}
+
+void StatusView::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    m_meters->setDirection(width() < twoColumns ? QBoxLayout::TopToBottom
+                                                : QBoxLayout::LeftToRight);
 }
 
 void StatusView::hideEvent(QHideEvent *event)

@@ -7,6 +7,7 @@
 #include <QWidget>
 
 class ElidedLabel;
+class QBoxLayout;
 class MeterCard;
 class VolumeList;
 
@@ -15,19 +16,29 @@ class VolumeList;
 class StatusView : public QWidget
 {
 public:
+    /// @param core the host; null for none.
     /// @param root folder that stands for "/" in the kernel's and the distribution's files.
-    explicit StatusView(const Texts &texts, const QString &root = {});
+    explicit StatusView(mndCore *core, const QString &root = {});
 
     /// Whether the host shows this page.
     void setShownByHost(bool shown);
+
+    /// Reads all figures at once, while they are read at all.
+    void refresh() { m_monitor.refresh(); }
+    /// What the page shows, a line each.
+    QString text() const;
 
     const StatusMonitor &monitor() const { return m_monitor; }
 
 protected:
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
+    /// From this width on the meters have room side by side for all their texts.
+    static constexpr int twoColumns = 560;
+
     /// A small caption with a value below it.
     struct Fact
     {
@@ -52,6 +63,7 @@ private:
     bool m_onScreen = false;
     ElidedLabel *m_hostName = nullptr;
     ElidedLabel *m_model = nullptr;
+    QBoxLayout *m_meters = nullptr;
     Fact m_system;
     Fact m_kernel;
     Fact m_uptime;

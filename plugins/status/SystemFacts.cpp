@@ -1,10 +1,11 @@
 #include "SystemFacts.h"
 
 #include "ReadFile.h"
+#include "SolvanePlugin.h"
 
 #include <QSet>
-#include <QStringList>
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -13,93 +14,22 @@ namespace {
 
 QString readLine(const QString &path)
 {
-    // Device-tree texts end with a zero byte.
-    return QString::fromUtf8(readFile(path)).remove(QChar(0)).simplified();
+    return QString::fromUtf8(readFile(path)).simplified();
 }
 
-/// A firmware text, or nothing where the maker left the form unfilled.
-QString readFirmware(const QString &path)
+/// The system without the kernel, which has a place of its own on the page.
+QString withoutKernel(const QString &system, const QString &kernel)
 {
-    static const QStringList unfilled = {u"to be filled by o.e.m."_s,
-                                         u"default string"_s,
-                                         u"system product name"_s,
-                                         u"system manufacturer"_s,
-                                         u"system version"_s,
-                                         u"not specified"_s,
-                                         u"not applicable"_s,
-                                         u"o.e.m."_s,
-                                         u"none"_s,
-                                         u"n/a"_s,
-                                         u"unknown"_s,
-                                         u"invalid"_s,
-                                         u"product name"_s,
-                                         u"empty"_s,
-                                         u"x.x"_s};
-    const QString text = readLine(path);
-    return unfilled.contains(text.toLower()) ? QString() : text;
-}
-
-QString readModel(const QString &root)
-{
-    const QString dmi = root + u"/sys/class/dmi/id/"_s;
-    QString vendor = readFirmware(dmi + u"sys_vendor"_s);
-    QString product = readFirmware(dmi + u"product_name"_s);
-    if (vendor.compare(u"LENOVO"_s, Qt::CaseInsensitive) == 0) {
-        // Lenovo's product name is an order number; the name on the lid is the version.
-        const QString version = readFirmware(dmi + u"product_version"_s);
-        product = version.isEmpty() ? product : version;
-        vendor = u"Lenovo"_s;
-    }
-    if (product.isEmpty()) {
-        product = readFirmware(dmi + u"board_name"_s);
-        const QString boardVendor = readFirmware(dmi + u"board_vendor"_s);
-        vendor = boardVendor.isEmpty() ? vendor : boardVendor;
-    }
-    if (product.isEmpty() && vendor.isEmpty())
-        return readLine(root + u"/proc/device-tree/model"_s);
-    if (product.startsWith(vendor, Qt::CaseInsensitive))
-        return product;
-    return (vendor + u' ' + product).trimmed();
-}
-
-/// The value of an os-release line: shell quoting, one level.
-QString unquote(QString value)
-{
-    value = value.trimmed();
-    const bool quoted = value.size() >= 2 && (value.startsWith(u'"') || value.startsWith(u'\''))
-        && value.endsWith(value[0]);
-    if (!quoted)
-        return value;
-    const bool escapes = value.startsWith(u'"');
-    QString plain;
-    for (qsizetype i = 1; i + 1 < value.size(); ++i) {
-        if (escapes && value[i] == u'\\' && i + 2 < value.size())
-            ++i;
-        plain += value[i];
-    }
-    return plain;
-}
-
-QString readSystem(const QString &root)
-{
-    QByteArray text = readFile(root + u"/etc/os-release"_s);
-    if (text.isEmpty())
-        text = readFile(root + u"/usr/lib/os-release"_s);
-    QString name;
-    for (const QByteArray &line : text.split('\n')) {
-        const QString entry = QString::fromUtf8(line);
-        if (entry.startsWith(u"PRETTY_NAME="_s))
-            return unquote(entry.mid(12)).simplified();
-        if (entry.startsWith(u"NAME="_s))
-            name = unquote(entry.mid(5)).simplified();
-    }
-    return name;
+    const QString addition = u", "_s + kernel;
+    return !kernel.isEmpty() && system.endsWith(addition) ? system.chopped(addition.size())
+                                                          : system;
 }
 
 void readProcessor(const QString &root, SystemFacts &facts)
 {
     QSet<std::pair<QByteArray, QByteArray>> cores;
     QByteArray package;
+    int threads = 0;
     for (const QByteArray &line : readFile(root + u"/proc/cpuinfo"_s).split('\n')) {
         const qsizetype colon = line.indexOf(':');
         if (colon < 0)
@@ -108,7 +38,7 @@ void readProcessor(const QString &root, SystemFacts &facts)
         const QByteArray value = line.mid(colon + 1).trimmed();
         if (key == "processor") {
             // Some ARM kernels write the model's name under "Processor", told apart by its capital.
-            ++facts.threads;
+            ++threads;
             package.clear();
         } else if (key == "physical id") {
             package = value;
@@ -120,20 +50,31 @@ void readProcessor(const QString &root, SystemFacts &facts)
             facts.processor = QString::fromUtf8(value).simplified();
         }
     }
+    facts.threads = std::max(facts.threads, threads);
     facts.cores = cores.isEmpty() ? facts.threads : int(cores.size());
 }
 
 } // namespace
 
-SystemFacts readSystemFacts(const QString &root)
+SystemFacts hostFacts(mndCore *core)
 {
     SystemFacts facts;
+    const auto object = core ? core->newFactoryInstance(u"hardwareInfo"_s) : nullptr;
+    if (auto *hardware = qobject_cast<hardwareInfoProtocol *>(object.get())) {
+        facts.model = hardware->modelName();
+        facts.system = hardware->osVersion();
+        facts.threads = hardware->cpuCount();
+    }
+    return facts;
+}
+
+SystemFacts readSystemFacts(const QString &root, SystemFacts facts)
+{
     const QString kernel = root + u"/proc/sys/kernel/"_s;
     facts.hostName = readLine(kernel + u"hostname"_s);
-    facts.model = readModel(root);
-    facts.system = readSystem(root);
     facts.kernel =
         (readLine(kernel + u"ostype"_s) + u' ' + readLine(kernel + u"osrelease"_s)).trimmed();
     readProcessor(root, facts);
+    facts.system = withoutKernel(facts.system, facts.kernel);
     return facts;
 }

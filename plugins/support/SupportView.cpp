@@ -1,5 +1,7 @@
 #include "SupportView.h"
 
+#include "LoggingCard.h"
+#include "SentFacts.h"
 #include "VersionList.h"
 
 #include "plugins/common/Card.h"
@@ -37,6 +39,21 @@ QLabel *makeHeading(const QString &text, double factor)
     return label;
 }
 
+QLabel *makeLink(const QString &link, const QString &title)
+{
+    auto *label =
+        new QLabel(u"<a href=\"%1\">%2</a>"_s.arg(link.toHtmlEscaped(), title.toHtmlEscaped()));
+    label->setTextFormat(Qt::RichText);
+    label->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
+    label->setFocusPolicy(Qt::StrongFocus);
+    label->setWordWrap(true);
+    label->setAccessibleName(title);
+    QPalette palette = label->palette();
+    palette.setColor(QPalette::Link, look::accent);
+    label->setPalette(palette);
+    return label;
+}
+
 QPushButton *makeButton(const QString &title)
 {
     auto *button = new QPushButton(title);
@@ -71,6 +88,11 @@ std::vector<VersionList::Line> programLines(mndCore *core, const Texts &texts)
                          u"%1, %2"_s.arg(core->slvBundleVersionString(), edition)});
     }
     lines.push_back({u"Qt"_s, QString::fromLatin1(qVersion())});
+    auto *helpers =
+        core ? qobject_cast<mndHelpers *>(core->sharedObject(u"SHARED.HELPERS"_s)) : nullptr;
+    if (helpers)
+        lines.push_back({texts(u"SZ_SUPPORT_IDENTIFIER"_s, u"Anonymous identifier"_s),
+                         helpers->anonymousUUID()});
     return lines;
 }
 
@@ -97,6 +119,14 @@ SupportView::SupportView(mndCore *core, const QString &bundlePath)
     cards->addWidget(makeHelpCard(), 1);
     cards->addWidget(makeFeedbackCard(), 1);
     column->addLayout(cards);
+    m_sentPlace = new QVBoxLayout;
+    m_sentPlace->setContentsMargins(0, 0, 0, 0);
+    column->addLayout(m_sentPlace);
+    if (core) {
+        column->addSpacing(look::gap);
+        m_logging = new LoggingCard(core, m_texts);
+        column->addWidget(m_logging);
+    }
     column->addSpacing(24);
     column->addLayout(makeVersionsHeading());
     column->addSpacing(8);
@@ -107,20 +137,11 @@ SupportView::SupportView(mndCore *core, const QString &bundlePath)
 
 QWidget *SupportView::makeHelpCard()
 {
-    const QString address = u"https://www.solvane.example/support"_s;
+    const QString address = QStringLiteral(SOLVANE_SUPPORT_PAGE);
     const QString link = m_core ? m_core->localizeLink(address) : address;
     const QString title = m_texts(u"SZ_SUPPORT_HELP_LINK"_s, u"Open the help page"_s);
-    auto *label =
-        new QLabel(u"<a href=\"%1\">%2</a>"_s.arg(link.toHtmlEscaped(), title.toHtmlEscaped()));
-    label->setTextFormat(Qt::RichText);
-    label->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
-    label->setFocusPolicy(Qt::StrongFocus);
-    label->setWordWrap(true);
-    label->setAccessibleName(title);
+    QLabel *label = makeLink(link, title);
     label->setToolTip(link.toHtmlEscaped());
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::Link, look::accent);
-    label->setPalette(palette);
     connect(label, &QLabel::linkActivated, this, &SupportView::openHelpPage);
     m_noBrowser = makeParagraph(QString(), look::warningText);
     m_noBrowser->hide();
@@ -141,13 +162,35 @@ QWidget *SupportView::makeFeedbackCard()
         if (m_core)
             m_core->uiSendFeedback();
     });
-    auto *action = new QHBoxLayout;
-    action->addWidget(button);
-    action->addStretch(1);
+    auto *row = new QHBoxLayout;
+    row->addWidget(button);
+    row->addStretch(1);
+    auto *action = new QVBoxLayout;
+    action->setSpacing(8);
+    action->addLayout(row);
+    if (m_core) {
+        QLabel *sent =
+            makeLink(u"#"_s, m_texts(u"SZ_SUPPORT_SENT"_s, u"Show or hide what is sent"_s));
+        connect(sent, &QLabel::linkActivated, this, &SupportView::toggleSentFacts);
+        action->addWidget(sent);
+    }
     return makeCard(m_texts(u"SZ_SUPPORT_FEEDBACK"_s, u"Feedback"_s),
                     m_texts(u"SZ_SUPPORT_FEEDBACK_INFO"_s,
                             u"Tell us what you like, what you miss and what went wrong."_s),
                     action);
+}
+
+/// Read anew each time they are asked for.
+void SupportView::toggleSentFacts()
+{
+    if (m_sent) {
+        delete m_sent;
+        m_sentPlace->setContentsMargins(0, 0, 0, 0);
+        return;
+    }
+    m_sent = new SentFactsCard(m_core, m_texts);
+    m_sentPlace->setContentsMargins(0, look::gap, 0, 0);
+    m_sentPlace->addWidget(m_sent);
 }
 
 QLayout *SupportView::makeVersionsHeading()
@@ -170,6 +213,8 @@ QLayout *SupportView::makeVersionsHeading()
 
 void SupportView::refresh()
 {
+    if (m_logging)
+        m_logging->refresh();
     const QString added = m_core
         ? m_core->stringByExpandingTildeInPath(u"~/Library/Application Support/Solvane"_s)
         : QString();

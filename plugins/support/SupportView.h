@@ -3,10 +3,13 @@
 #include "plugins/common/BackgroundJobs.h"
 #include "plugins/common/Texts.h"
 
+#include <QPointer>
 #include <QTimer>
 #include <QWidget>
 
+class LoggingCard;
 class QLabel;
+class QVBoxLayout;
 class VersionList;
 
 /// The page that tells how to get help, and which versions to name when asking for it.
@@ -17,7 +20,7 @@ public:
     /// @param bundlePath this plugin's own bundle; its siblings are listed.
     SupportView(mndCore *core, const QString &bundlePath);
 
-    /// Reads the versions anew.
+    /// Reads the versions, and how the log is switched, anew.
     void refresh();
 
     QString versionsText() const;
@@ -27,13 +30,17 @@ private:
     QWidget *makeFeedbackCard();
     QLayout *makeVersionsHeading();
     void openHelpPage(const QString &link);
+    void toggleSentFacts();
     void copyVersions();
 
     mndCore *m_core;
     Texts m_texts;
     QString m_ownFolder;
+    LoggingCard *m_logging = nullptr;
     QLabel *m_noBrowser = nullptr;
     QLabel *m_copied = nullptr;
+    QVBoxLayout *m_sentPlace = nullptr;
+    QPointer<QWidget> m_sent;
     VersionList *m_versions = nullptr;
     QTimer m_copiedTimer;
     BackgroundJobs m_jobs; // last, so that no result arrives at a half-destroyed view

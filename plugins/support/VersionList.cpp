@@ -15,8 +15,8 @@ VersionList::VersionList(Texts texts, std::vector<Line> program)
     m_grid->setContentsMargins(18, 14, 18, 14);
     m_grid->setHorizontalSpacing(24);
     m_grid->setVerticalSpacing(9);
-    m_grid->setColumnStretch(0, 3);
-    m_grid->setColumnStretch(1, 2);
+    // Identifiers are long and wanted whole.
+    m_grid->setColumnStretch(0, 1);
     show(m_program);
 }
 

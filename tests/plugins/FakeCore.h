@@ -5,6 +5,30 @@
 #include <QMap>
 #include <QObject>
 
+/// A machine with four processors.
+class FakeHardware : public QObject, public hardwareInfoProtocol
+{
+    Q_OBJECT
+    Q_INTERFACES(hardwareInfoProtocol)
+
+public:
+    explicit FakeHardware(const QString &version)
+        : m_osVersion(version)
+    { }
+
+    QString modelName() override { return QStringLiteral("Maker Model"); }
+    QString osVersion() override { return m_osVersion; }
+    QString osLanguage() override { return QStringLiteral("en"); }
+    int cpuCount() override { return 4; }
+    int cpuSpeed() override { return 0; }
+    int ramSize() override { return 0; }
+    quint64 hdSize(const QString &) override { return 0; }
+    quint64 hdFree(const QString &) override { return 0; }
+
+private:
+    QString m_osVersion;
+};
+
 /// A host that answers what plugins ask and remembers what they did. Texts come out marked, so that
 /// a text that was never asked for shows.
 class FakeCore : public QObject, public mndCore
@@ -15,8 +39,11 @@ class FakeCore : public QObject, public mndCore
 public:
     QMap<QString, QString> texts; ///< every fallback by its key
     int feedbacks = 0;
+    bool logging = false;
+    QObject *helpers = nullptr;
     QString home;
     QMap<QString, quint64> badges;
+    QString osVersion;
 
     double mndVersion() override { return 6.0; }
     quint64 mndEdition() override { return 2; }
@@ -34,9 +61,17 @@ public:
     }
     QString localizeLink(const QString &link) override { return link + QStringLiteral("?de"); }
 
-    std::unique_ptr<QObject> newFactoryInstance(const QString &) override { return nullptr; }
+    std::unique_ptr<QObject> newFactoryInstance(const QString &className) override
+    {
+        if (className != QStringLiteral("hardwareInfo"))
+            return nullptr;
+        return std::make_unique<FakeHardware>(osVersion);
+    }
     void sharedObjectRegister(const QString &, QObject *) override { }
-    QObject *sharedObject(const QString &) override { return nullptr; }
+    QObject *sharedObject(const QString &name) override
+    {
+        return name == QLatin1String("SHARED.HELPERS") ? helpers : nullptr;
+    }
     void signalAllPlugins(const Selector &) override { }
     void showMainWindow() override { }
     bool showPlugin(const QString &) override { return false; }
@@ -65,8 +100,8 @@ public:
     bool isHomeDirectory(const QString &) override { return false; }
     void saveHomeDirectory(const QString &) override { }
     void saveHomeDirectoryBookmark(const QByteArray &) override { }
-    bool extendedLoggingValue() override { return false; }
-    void setExtendedLoggingValue(bool) override { }
+    bool extendedLoggingValue() override { return logging; }
+    void setExtendedLoggingValue(bool value) override { logging = value; }
     void log(const QString &) override { }
     mndTheme *uiTheme() override { return nullptr; }
 };

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <QLabel>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -36,7 +37,7 @@ TEST(StatusView, ReadsOnlyWhileItCanBeSeen)
 {
     QWidget window;
     window.resize(640, 480);
-    StatusView view(Texts(nullptr), QStringLiteral(FIXTURES "/laptop"));
+    StatusView view(nullptr, QStringLiteral(FIXTURES "/laptop"));
     const StatusMonitor &monitor = view.monitor();
     QSignalSpy readings(&monitor, &StatusMonitor::liveRead);
 
@@ -77,7 +78,8 @@ TEST(StatusView, ReadsOnlyWhileItCanBeSeen)
 TEST(StatusView, TellsWhatItShows)
 {
     FakeCore core;
-    StatusView view(Texts(&core), QStringLiteral(FIXTURES "/laptop"));
+    StatusView view(&core, QStringLiteral(FIXTURES "/laptop"));
+    core.osVersion = u"Debian 12, Linux 6.1.0-18-amd64"_s;
     view.setShownByHost(true);
     view.show();
     ASSERT_TRUE(
@@ -86,6 +88,9 @@ TEST(StatusView, TellsWhatItShows)
     EXPECT_TRUE(names.contains(u"[Memory, [6.0 GB] of [15.3 GB] used]"_s))
         << qPrintable(names.join(u'\n'));
     EXPECT_TRUE(names.contains(u"[Running for]: [3 d 4 h]"_s));
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return accessibleNames(view).filter(QRegularExpression(u": Debian 12$"_s)).size() == 1;
+    }));
     EXPECT_TRUE(QTest::qWaitFor(
         [&] { return accessibleNames(view).filter(u"[System volume], /, "_s).size() == 1; }));
     for (auto text = core.texts.cbegin(); text != core.texts.cend(); ++text)
@@ -94,7 +99,7 @@ TEST(StatusView, TellsWhatItShows)
 
 TEST(StatusView, HasAWordForEverythingAMachineDoesNotTell)
 {
-    StatusView view(Texts(nullptr), QStringLiteral(FIXTURES "/missing"));
+    StatusView view(nullptr, QStringLiteral(FIXTURES "/missing"));
     view.setShownByHost(true);
     view.show();
     const auto texts = [&view] {

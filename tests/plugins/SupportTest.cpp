@@ -1,9 +1,13 @@
 #include "FakeCore.h"
+#include "helpers/sharedHelpers.h"
 #include "plugins/support/BundleVersions.h"
 #include "plugins/support/SupportView.h"
+#include "support/TestServices.h"
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QDesktopServices>
 #include <QDir>
@@ -131,7 +135,7 @@ TEST(SupportView, LeadsToTheHelpPageAndToFeedback)
     EXPECT_EQ(core.feedbacks, 1);
     QLabel *link = nullptr;
     for (auto *label : view.findChildren<QLabel *>())
-        link = label->textFormat() == Qt::RichText ? label : link;
+        link = label->text().contains(u"https:"_s) ? label : link;
     ASSERT_TRUE(link);
     EXPECT_NE(link->focusPolicy(), Qt::NoFocus);
     Browser browser;
@@ -144,7 +148,72 @@ TEST(SupportView, LeadsToTheHelpPageAndToFeedback)
     QDesktopServices::unsetUrlHandler(u"https"_s);
     EXPECT_EQ(browser.opened, QStringList{u"https://www.solvane.example/support?de"_s});
     for (auto text = core.texts.cbegin(); text != core.texts.cend(); ++text)
-        EXPECT_TRUE(text.key().startsWith(u"SZ_SUPPORT_"_s) || text.key() == u"SZ_TITLE"_s);
+        EXPECT_TRUE(text.key().startsWith(u"SZ_SUPPORT_"_s) || text.key() == u"SZ_TITLE"_s
+                    || text.key().startsWith(u"SZ_EXTENDED_LOGGING"_s));
+}
+
+TEST(SupportView, ShowsWhatFeedbackSendsBeforeItDoes)
+{
+    const TestServices services;
+    sharedHelpers helpers;
+    FakeCore core;
+    core.osVersion = u"System 1 (x)"_s;
+    SupportView view(&core, u"/nowhere/Support.bundle"_s);
+    QLabel *toggle = nullptr;
+    for (auto *label : view.findChildren<QLabel *>())
+        toggle = label->accessibleName() == u"[Show or hide what is sent]"_s ? label : toggle;
+    ASSERT_TRUE(toggle);
+    const auto shown = [&] {
+        QStringList values;
+        for (const auto *label : view.findChildren<QLabel *>()) {
+            if (label->textInteractionFlags() == Qt::TextSelectableByMouse)
+                values << label->text();
+        }
+        return values;
+    };
+    EXPECT_EQ(shown(), QStringList());
+    core.helpers = &helpers;
+    Q_EMIT toggle->linkActivated(u"#"_s);
+    QStringList values = shown();
+    ASSERT_EQ(values.size(), 11);
+    EXPECT_TRUE(values.takeLast().startsWith(u"file:///"_s));
+    EXPECT_EQ(
+        values,
+        (QStringList{helpers.anonymousUUID(), u"en"_s, u"v612"_s, u"WWW"_s, u"PRO"_s, u"4@0"_s,
+                     u"0"_s, u"0bytes:0bytes"_s, u"MakerModel"_s, u"System 1 (x)"_s}));
+    EXPECT_EQ(core.feedbacks, 0);
+    Q_EMIT toggle->linkActivated(u"#"_s);
+    EXPECT_EQ(shown(), QStringList());
+}
+
+TEST(SupportView, SwitchesTheExtendedLogAndFollowsTheHost)
+{
+    FakeCore core;
+    core.logging = true;
+    SupportView view(&core, u"/nowhere/Support.bundle"_s);
+    auto *box = view.findChild<QCheckBox *>();
+    ASSERT_TRUE(box);
+    EXPECT_TRUE(box->isChecked());
+    box->click();
+    EXPECT_FALSE(core.logging);
+    core.logging = true;
+    view.refresh();
+    EXPECT_TRUE(box->isChecked());
+    core.logging = false;
+    QEvent enter(QEvent::Enter);
+    QApplication::sendEvent(box->parentWidget(), &enter);
+    EXPECT_FALSE(box->isChecked()) << "switched in the menu while the page shows";
+}
+
+TEST(SupportView, TellsTheAnonymousIdentifier)
+{
+    const TestServices services;
+    sharedHelpers helpers;
+    FakeCore core;
+    core.helpers = &helpers;
+    const SupportView view(&core, u"/nowhere/Support.bundle"_s);
+    EXPECT_TRUE(view.versionsText().contains(u"[Anonymous identifier]: "_s + helpers.anonymousUUID()
+                                             + u'\n'));
 }
 
 #include "SupportTest.moc"
