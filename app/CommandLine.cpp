@@ -18,6 +18,16 @@ bool CommandLine::needsNoDisplay(int argc, char **argv)
     });
 }
 
+bool CommandLine::wantsTouchBar(int argc, char **argv)
+{
+    char **const documents = std::find_if(
+        argv + 1, argv + argc, [](const char *each) { return QLatin1StringView(each) == "--"_L1; });
+    const bool isAsked = std::any_of(argv + 1, documents, [](const char *each) {
+        return QLatin1StringView(each) == "--touch-bar"_L1;
+    });
+    return isAsked || qEnvironmentVariable("SOLVANE_TOUCH_BAR") == u"1"_s;
+}
+
 CommandLine CommandLine::parse()
 {
     const QCommandLineOption hidden(u"hidden"_s, u"Start without showing the window."_s);
@@ -29,16 +39,24 @@ CommandLine CommandLine::parse()
     const QCommandLineOption snapshot(
         u"snapshot"_s, u"Print the sidebar's rows, save a picture of the window and end."_s,
         u"file"_s);
+    const QCommandLineOption touchBar(u"touch-bar"_s,
+                                      u"Show the Touch Bar at the foot of the window."_s);
+    const QCommandLineOption safe(
+        u"safe-mode"_s, u"Start with the plugins that come with Solvane, and no others."_s);
+    const QCommandLineOption without(
+        u"without-plugin"_s, u"Leave a plugin out of this run. May be given again."_s, u"id"_s);
     QCommandLineParser parser;
     parser.setApplicationDescription(u"Keeps a machine tidy and healthy."_s);
     parser.addHelpOption();
     parser.addVersionOption();
-    parser.addOptions({hidden, list, check, snapshot});
+    parser.addOptions({hidden, touchBar, safe, without, list, check, snapshot});
     parser.addPositionalArgument(u"documents"_s, u"Documents to open."_s, u"[documents...]"_s);
     parser.process(*QCoreApplication::instance());
 
     CommandLine result;
     result.hidden = parser.isSet(hidden);
+    result.safeMode = parser.isSet(safe);
+    result.withoutPlugins = parser.values(without);
     result.listPlugins = parser.isSet(list);
     result.checkPlugin = parser.isSet(check) ? parser.value(check) : QString();
     result.snapshot = parser.isSet(snapshot) ? parser.value(snapshot) : QString();

@@ -8,9 +8,11 @@ struct CommandLine
 {
     bool hidden = false; ///< start without showing the window
     bool listPlugins = false;
-    QString checkPlugin;   ///< path of a bundle; null for none
-    QString snapshot;      ///< path of a picture to save before ending; null for none
-    QStringList documents; ///< absolute paths
+    bool safeMode = false;      ///< only the plugins that come with the application
+    QStringList withoutPlugins; ///< ids or bundles to leave out of this run
+    QString checkPlugin;        ///< path of a bundle; null for none
+    QString snapshot;           ///< path of a picture to save before ending; null for none
+    QStringList documents;      ///< absolute paths
 
     /// The bundle of --check-plugin and those after it, as "*.bundle" gives them.
     QStringList pluginsToCheck() const
@@ -23,6 +25,10 @@ struct CommandLine
 
     /// Whether these raw arguments ask for something that needs no display.
     static bool needsNoDisplay(int argc, char **argv);
+
+    /// Whether these raw arguments, or the environment by SOLVANE_TOUCH_BAR=1, ask for the Touch
+    /// Bar: that decides which application object there is.
+    static bool wantsTouchBar(int argc, char **argv);
 
     /// Reads the application object's arguments. Answers --help and --version, and ends the process
     /// with status 1 and a line on standard error for an unknown option.

@@ -1,7 +1,5 @@
 #include "app/PluginDiagnosis.h"
 
-#include "plugin_host/mndPlugins.h"
-
 #include <QDir>
 #include <QFileInfo>
 
@@ -50,14 +48,15 @@ void PluginDiagnosis::list(QTextStream &out) const
     printTable(rows, out);
     for (const PluginLoadReport &report : m_reports) {
         if (!report.accepted)
-            out << "refused: " << report.path << ": " << report.problems.join(u"; "_s) << '\n';
+            out << (report.leftOut ? "left out: " : "refused: ") << report.path << ": "
+                << report.problems.join(u"; "_s) << '\n';
     }
 }
 
 const PluginLoadReport *PluginDiagnosis::find(const QString &canonicalPath) const
 {
     const auto found = std::find_if(m_reports.begin(), m_reports.end(), [&](const auto &report) {
-        return QFileInfo(report.path).canonicalFilePath() == canonicalPath;
+        return QFileInfo(report.path).canonicalFilePath() == canonicalPath && !report.leftOut;
     });
     return found == m_reports.end() ? nullptr : &*found;
 }
@@ -66,11 +65,12 @@ int PluginDiagnosis::check(const QString &path, QObject &core, QTextStream &out)
 {
     const QFileInfo bundle(QDir::cleanPath(path));
     const PluginLoadReport *report = bundle.exists() ? find(bundle.canonicalFilePath()) : nullptr;
-    // In a registry of its own, so that a new build can be checked while an older one is installed.
-    mndPlugins registry(&core);
     if (!report) {
-        registry.setObserver(this);
-        registry.loadPluginFromPath(bundle.absoluteFilePath());
+        // In a registry of its own, so that a new build can be checked while an older one is
+        // installed.
+        auto &registry = m_registries.emplace_back(std::make_unique<mndPlugins>(&core));
+        registry->setObserver(this);
+        registry->loadPluginFromPath(bundle.absoluteFilePath());
         report = &m_reports.last();
     }
     for (const QString &problem : report->problems)

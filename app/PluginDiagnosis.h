@@ -1,13 +1,16 @@
 #pragma once
 
+#include "plugin_host/mndPlugins.h"
 #include "plugin_host/PluginLoadReport.h"
 
 #include <QList>
 #include <QTextStream>
 
-class QObject;
+#include <memory>
+#include <vector>
 
-/// Collects what becomes of every bundle, for --list-plugins and --check-plugin.
+/// Collects what becomes of every bundle, for --list-plugins and --check-plugin. Keeps the plugins
+/// that it loads itself.
 class PluginDiagnosis : public PluginLoadObserver
 {
 public:
@@ -17,7 +20,7 @@ public:
     /// reason.
     void list(QTextStream &out) const;
 
-    /// @param core the host that the plugin is given.
+    /// @param core the host that the plugin is given; outlives this.
     /// Loads the bundle, unless start-up did, and says in one line each what is wrong with it.
     /// @return the exit status: 0 when nothing is.
     int check(const QString &path, QObject &core, QTextStream &out);
@@ -26,4 +29,6 @@ private:
     const PluginLoadReport *find(const QString &canonicalPath) const;
 
     QList<PluginLoadReport> m_reports;
+    /// Until the end: the threads of one plugin may wait for the main thread while the next loads.
+    std::vector<std::unique_ptr<mndPlugins>> m_registries;
 };

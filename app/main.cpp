@@ -1,21 +1,28 @@
 #include "app/CommandLine.h"
 #include "app/ConsoleAlertPanel.h"
 #include "app/PluginDiagnosis.h"
+#include "app/ReducedMotion.h"
 #include "app/SingleInstance.h"
 #include "app/Snapshot.h"
+#include "app/TerminationSignals.h"
 #include "app/TrayIcon.h"
 #include "host/InterfaceFiles.h"
 #include "host/mndAppDelegate.h"
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/MainThread.h"
+#include "platform/foundation/RealFileSystem.h"
+#include "platform/foundation/RealMachine.h"
 #include "platform/foundation/RealSystemServices.h"
 #include "platform/foundation/RealUserDefaults.h"
 #include "platform/ui/Application.h"
 #include "platform/ui/InterfaceFile.h"
 #include "platform/ui/NamedImage.h"
 #include "platform/ui/RealDesktopServices.h"
+#include "platform/ui/TouchBarApplication.h"
 #include "plugin_host/mndPlugins.h"
+#include "plugin_host/PluginQuarantine.h"
 
+#include <QScopeGuard>
 #include <QTextStream>
 #include <QTimer>
 
@@ -36,9 +43,10 @@ struct RealServices
 {
     RealServices()
     {
-        systemServices() = {&clock,    &scheduler, &languages,  &account,
-                            &defaults, &systemLog, &processEnd, &mainBundle};
-        desktopServices() = {&alertPanel, &workspace, &screen};
+        systemServices() = {&clock,        &scheduler,  &languages,  &account,
+                            &defaults,     &systemLog,  &processEnd, &mainBundle,
+                            &machineFacts, &deviceTree, &fileSystem, SOLVANE_EDITION};
+        desktopServices() = {&alertPanel, &workspace, &screen, &openPanel};
     }
 
     ~RealServices()
@@ -56,9 +64,13 @@ struct RealServices
     RealSystemLog systemLog;
     RealProcessEnd processEnd;
     Bundle mainBundle{Bundle::mainBundlePath()};
+    RealMachineFacts machineFacts;
+    RealDeviceTree deviceTree;
+    RealFileSystem fileSystem;
     MessageBoxAlertPanel alertPanel;
     XdgWorkspace workspace;
     WindowSystemScreen screen;
+    FileDialogOpenPanel openPanel;
 };
 
 bool hasDisplay()
@@ -78,14 +90,23 @@ void setIdentity(Application &application)
     application.setWindowIcon(NamedImage::pixmap(u"solvane"_s, {64, 64}, 1));
 }
 
+PluginQuarantine::Options quarantineOptions(const CommandLine &commandLine)
+{
+    return {commandLine.safeMode, commandLine.withoutPlugins};
+}
+
 int diagnose(const CommandLine &commandLine, Application &application)
 {
-    PluginDiagnosis diagnosis;
+    PluginQuarantine quarantine(quarantineOptions(commandLine));
     std::unique_ptr<QWidget> window; // outlives the delegate that works on it
     mndAppDelegate delegate;
+    PluginDiagnosis diagnosis;
+    // Before either ends with its plugins, whose threads may wait for this one.
+    const auto close = qScopeGuard([] { MainThread::close(); });
     setApplicationDelegate(&delegate);
     window = InterfaceFile::load(u"MainMenu"_s, &delegate);
     delegate.setPluginLoadObserver(&diagnosis);
+    delegate.setPluginQuarantine(&quarantine);
     application.finishLaunching();
 
     QTextStream out(stdout);
@@ -109,8 +130,14 @@ int run(const CommandLine &commandLine, Application &application)
         return 1;
     }
 
+    const TerminationSignals signalsOfTheSystem(application);
+    PluginQuarantine quarantine(quarantineOptions(commandLine));
+    if (!quarantine.keepBreadcrumbs(PluginQuarantine::breadcrumbPath()))
+        systemServices().systemLog->write(u"No breadcrumbs are kept: another run has them, or "
+                                          "the folder cannot be written."_s);
     std::unique_ptr<QWidget> window; // outlives the delegate that works on it
     mndAppDelegate delegate;
+    delegate.setPluginQuarantine(&quarantine);
     setApplicationDelegate(&delegate);
     window = InterfaceFile::load(u"MainMenu"_s, &delegate);
     if (commandLine.hidden) {
@@ -127,6 +154,7 @@ int run(const CommandLine &commandLine, Application &application)
     for (const QString &document : commandLine.documents)
         application.openFile(document);
 
+    new ReducedMotion(&application);
     std::optional<TrayIcon> tray;
     QTimer::singleShot(trayDelay, &application, [&] {
         if (TrayIcon::isAvailable())
@@ -152,7 +180,12 @@ int main(int argc, char **argv)
         QTextStream(stderr) << "solvane: there is no display to show the window on\n";
         return 1;
     }
-    Application application(argc, argv);
+    // Panels count on several screens, too; where the desktop tells of them, it tells by this.
+    qputenv("QT_RELY_ON_NET_WORKAREA_ATOM", "1");
+    const std::unique_ptr<Application> made = CommandLine::wantsTouchBar(argc, argv)
+        ? std::make_unique<TouchBarApplication>(argc, argv)
+        : std::make_unique<Application>(argc, argv);
+    Application &application = *made;
     const RealServices services;
     setIdentity(application);
     const CommandLine commandLine = CommandLine::parse();
