@@ -20,8 +20,8 @@ namespace {
 
 /// From the accessibility bus's own numbering (AtspiStateType).
 constexpr std::pair<int, const char *> stateNames[] = {
-    {1, "active"},   {4, "checked"},   {8, "enabled"},
-    {12, "focused"}, {23, "selected"}, {25, "showing"},
+    {1, "active"}, {4, "checked"},   {8, "enabled"},  {12, "focused"},
+    {16, "modal"}, {23, "selected"}, {25, "showing"},
 };
 
 constexpr int answerTimeout = 2000; // milliseconds

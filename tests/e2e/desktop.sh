@@ -152,6 +152,12 @@ objects() {
 shows() { [[ -n $(objects "$@") ]]; }
 shows_not() { ! shows "$@"; }
 
+# names ROLE NAME - prints the names (a pattern) of what shows with that role.
+names() {
+    "$build/tests/e2e/accessible" "$pid" |
+        ROLE=$1 NAME="^($2)\$" awk -F '\t' '$1 == ENVIRON["ROLE"] && $7 ~ ENVIRON["NAME"] { print $7 }'
+}
+
 # last_note_is TEXT - whether this is the last line that a fixture wrote.
 last_note_is() { [[ $(tail -n 1 "$SOLVANE_FIXTURE_NOTES") == "$1" ]]; }
 

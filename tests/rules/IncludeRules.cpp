@@ -12,9 +12,15 @@ using namespace Qt::StringLiterals;
 namespace {
 
 // From the roof down. Each may include itself and whatever stands after it.
-const std::array floors{
-    u"app/"_s,         u"host/"_s,       u"aux_windows/"_s, u"helpers/"_s,
-    u"plugin_host/"_s, u"sourcelist/"_s, u"platform/ui/"_s, u"platform/foundation/"_s};
+const std::array floors{u"app/"_s,
+                        u"host/"_s,
+                        u"aux_windows/"_s,
+                        u"helpers/"_s,
+                        u"plugin_host/"_s,
+                        u"sourcelist/"_s,
+                        u"platform/webview/"_s,
+                        u"platform/ui/"_s,
+                        u"platform/foundation/"_s};
 
 /// Position of the file's floor; the number of floors for a file outside them.
 auto floorOf(const QString &file)

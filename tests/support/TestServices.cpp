@@ -1,5 +1,8 @@
 #include "support/TestServices.h"
 
+#include "platform/foundation/MainThread.h"
+#include "platform/foundation/RealFileSystem.h"
+
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -49,7 +52,10 @@ struct TestServices::Seams : Clock,
                              ProcessEnd,
                              AlertPanel,
                              Workspace,
-                             Screen
+                             Screen,
+                             OpenPanel,
+                             MachineFacts,
+                             DeviceTree
 {
     explicit Seams(TestServices &test)
         : t(test)
@@ -74,7 +80,7 @@ struct TestServices::Seams : Clock,
 
     QString loginName() const override { return u"tester"_s; }
     QString home() const override { return t.home.path(); }
-    QString actualHome() const override { return t.home.path(); }
+    QString actualHome() const override { return t.actualHome; }
 
     QVariant value(const QString &key) const override { return t.defaults.value(key); }
     void setValue(const QString &key, const QVariant &value) override { t.defaults[key] = value; }
@@ -83,7 +89,7 @@ struct TestServices::Seams : Clock,
     bool synchronize() override
     {
         t.recorder.note(u"synchronize"_s);
-        return true;
+        return t.defaultsAreWritten;
     }
 
     void write(const QString &message) override { t.recorder.note(u"syslog "_s + message); }
@@ -96,9 +102,13 @@ struct TestServices::Seams : Clock,
         return t.alertAnswer;
     }
 
-    bool openUrl(const QString &url) override
+    bool openUrl(const QString &url, const std::function<void()> &failed) override
     {
         t.recorder.note(u"open url "_s + url);
+        if (t.onUrlOpened)
+            t.onUrlOpened();
+        if (t.browserFails && failed)
+            MainThread::runLater(failed);
         return t.workspaceOpens;
     }
     bool openFile(const QString &path) override
@@ -107,24 +117,50 @@ struct TestServices::Seams : Clock,
         return t.workspaceOpens;
     }
 
+    QString chooseFolder(const QString &title, const QString &folder) override
+    {
+        t.recorder.note(u"choose %1|%2"_s.arg(title, folder));
+        return t.chosenFolders.isEmpty() ? QString() : t.chosenFolders.takeFirst();
+    }
+    QImage iconForFile(const QString &path, int size) override
+    {
+        t.recorder.note(u"icon of file %1, %2"_s.arg(path).arg(size));
+        return t.icon;
+    }
+    QImage iconForFileType(const QString &type, int size) override
+    {
+        t.recorder.note(u"icon of type %1, %2"_s.arg(type).arg(size));
+        return t.icon;
+    }
+
     QRect visibleFrame(const QWidget *) const override { return t.visibleFrame; }
+
+    QString modelName() const override { return t.modelName; }
+    QString osVersion() const override { return t.osVersion; }
+    std::optional<int> cpuCount() const override { return t.cpuCount; }
+    std::optional<int> cpuSpeed() const override { return t.cpuSpeed; }
+    std::optional<int> ramSize() const override { return t.ramSize; }
+
+    std::optional<QByteArray> serialNumber() const override
+    {
+        return t.serialNumber ? t.serialNumber() : std::nullopt;
+    }
 
     TestServices &t;
     RecordingBundle bundle;
+    RealFileSystem fileSystem;
 };
 
 TestServices::TestServices()
     : now(QDate(2026, 11, 16), QTime(0, 45))
 {
     QDir().mkpath(resources());
-    QFile info(root.filePath(u"Solvane.app/Contents/Info.plist"_s));
-    if (info.open(QIODevice::WriteOnly))
-        info.write("{ CFBundleVersion = 512; CFBundleLocalizations = (en, de, fr); }");
-    info.close();
+    addResource(u"../Info.plist"_s,
+                "{ CFBundleVersion = 512; CFBundleLocalizations = (en, de, fr); }");
     m_seams = std::make_unique<Seams>(*this);
     Seams *s = m_seams.get();
-    systemServices() = {s, s, s, s, s, s, s, &s->bundle};
-    desktopServices() = {s, s, s};
+    systemServices() = {s, s, s, s, s, s, s, &s->bundle, s, s, &s->fileSystem};
+    desktopServices() = {s, s, s, s};
 }
 
 TestServices::~TestServices()
@@ -133,11 +169,12 @@ TestServices::~TestServices()
     desktopServices() = {};
 }
 
-void TestServices::addResource(const QString &name, const QByteArray &content)
+QString TestServices::write(const QString &path, const QByteArray &content)
 {
-    QFile file(resources() + u'/' + name);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("the resource of a test could not be written");
+    QDir().mkpath(QFileInfo(path).path());
+    if (!RealFileSystem().writeFile(path, content))
+        qFatal("the file of a test could not be written: %s", qUtf8Printable(path));
+    return path;
 }
 
 void TestServices::copyFolder(const QString &from, const QString &to)

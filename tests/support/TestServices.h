@@ -27,7 +27,8 @@ public:
 };
 
 /// Services under a test's control. Every call that matters is noted in the recorder. Installed for
-/// the lifetime of the object.
+/// the lifetime of the object. The file system is the real one, until a test sets another in
+/// systemServices().
 class TestServices
 {
 public:
@@ -46,8 +47,13 @@ public:
     {
         return home.path() + QStringLiteral("/Library/Application Support/Solvane");
     }
+    /// Makes a file of this content, and the folders above it.
+    static QString write(const QString &path, const QByteArray &content);
     /// Puts a text file into the application's resources.
-    void addResource(const QString &name, const QByteArray &content);
+    void addResource(const QString &name, const QByteArray &content)
+    {
+        write(resources() + u'/' + name, content);
+    }
     /// Puts a compiled fixture bundle into a folder, under its own name unless another is given.
     static void addFixture(const QString &fixture, const QString &folder, const QString &name = {});
 
@@ -57,6 +63,7 @@ public:
     Recorder recorder;
     QTemporaryDir root;
     QTemporaryDir home;
+    QString actualHome = home.path(); ///< as the account has it, whatever the program is told
 
     /// Called when the application's own plugins are looked for.
     std::function<void()> onPluginsSought;
@@ -64,9 +71,21 @@ public:
     QStringList preferredLanguages{QStringLiteral("en")};
     QLocale locale{QLocale::English, QLocale::UnitedKingdom};
     QMap<QString, QVariant> defaults;
+    bool defaultsAreWritten = true;
     AlertPanel::Answer alertAnswer = AlertPanel::Default;
     bool workspaceOpens = true;
+    bool browserFails = false;         ///< soon after it was started
+    std::function<void()> onUrlOpened; ///< called when the desktop is asked to open one
+    QStringList chosenFolders;         ///< by the user, one after the other; then the user cancels
+    QImage icon;                       ///< of every file and type
     QRect visibleFrame{0, 0, 1600, 900};
+    QString modelName;
+    QString osVersion;
+    std::optional<int> cpuCount;
+    std::optional<int> cpuSpeed;
+    std::optional<int> ramSize;
+    /// May throw.
+    std::function<std::optional<QByteArray>()> serialNumber;
 
 private:
     struct Scheduled

@@ -1,21 +1,6 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "tests/support/TestMain.h"
 
-#include <QApplication>
-#include <QTemporaryDir>
-
-/// Every test program runs with an application object and with a home folder of its own, so that no
-/// test can read or change the settings of whoever runs it.
 int main(int argc, char **argv)
 {
-    testing::InitGoogleMock(&argc, argv);
-    QTemporaryDir home;
-    qputenv("HOME", home.path().toUtf8());
-    qputenv("XDG_CONFIG_HOME", (home.path() + QStringLiteral("/.config")).toUtf8());
-    qputenv("XDG_DATA_HOME", (home.path() + QStringLiteral("/.local/share")).toUtf8());
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    application.setQuitOnLastWindowClosed(false);
-    return RUN_ALL_TESTS();
+    return testMain<QApplication>(argc, argv);
 }

@@ -4,7 +4,7 @@
 # diagnose ARGUMENT... - sets $lines and $status.
 diagnose() {
     status=0
-    lines=$(env -u DISPLAY "$solvane" "$@" 2>>"$HOME/output") || status=$?
+    lines=$(env -u DISPLAY timeout 30 "$solvane" "$@" 2>>"$HOME/output") || status=$?
 }
 
 install_good_and_broken() {
@@ -53,6 +53,15 @@ Garbage 1 .*Info.plist: .
 ThrowsInInitialize 1 it threw an exception
 Missing 1 .*is no folder
 END
+}
+
+test_ends_with_plugins_whose_threads_wait() {
+    install_plugins JoinsThread Good
+    diagnose --list-plugins
+    ((status == 0)) || fail "installed: status $status"
+    mv "$plugins/JoinsThread.bundle" "$plugins/Good.bundle" "$HOME/"
+    diagnose --check-plugin "$HOME/JoinsThread.bundle" "$HOME/Good.bundle"
+    ((status == 0)) || fail "checked: status $status: $lines"
 }
 
 test_ends_without_texts() {

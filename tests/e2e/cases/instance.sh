@@ -50,6 +50,34 @@ test_starts_hidden_until_launched_again() {
     quit
 }
 
+test_ends_in_order_when_the_system_asks() {
+    local signal
+    mkdir -p "${settings%/*}"
+    printf '[General]\nslvCore.elog=true\n' >"$settings"
+    for signal in TERM INT HUP; do
+        start_shown
+        xdotool key F1
+        # An alert that nobody answers must not hold it up.
+        [[ $signal == INT ]] || click "menu item" Solvane
+        [[ $signal == INT ]] || click "menu item" "Reset preferences…"
+        kill -s "$signal" "$pid"
+        expect_end 0
+        tail -n 1 "$log" | grep -q 'mndAppDelegate::applicationWillTerminate::1330$' ||
+            fail "after $signal the last line of the log: $(tail -n 1 "$log")"
+    done
+}
+
+test_outlives_a_terminal_that_it_was_told_to_outlive() {
+    nohup "$solvane" >>"$HOME/output" 2>&1 &
+    pid=$!
+    expect "the main window" has_window
+    kill -s HUP "$pid"
+    sleep 0.3
+    is_running || fail "it ended with the terminal"
+    kill "$pid"
+    expect_end 0
+}
+
 test_runs_without_a_session_bus() {
     local address
     for address in "" "unix:path=$HOME/nobody"; do
