@@ -4,12 +4,13 @@
 # What turns the tree into a program.
 SOLVANE_BUILD_PACKAGES=(
     g++ cmake ninja-build pkg-config
-    qt6-base-dev qt6-svg-dev libplist-dev
+    qt6-base-dev qt6-svg-dev qt6-webengine-dev qt6-webchannel-dev libplist-dev libicu-dev
 )
 
 # What the program loads or reads while it runs, beyond the libraries it is linked with.
 SOLVANE_RUN_PACKAGES=(
-    libqt6svg6 qt6-image-formats-plugins fonts-dejavu-core
+    libqt6svg6 libqt6webenginewidgets6 libqt6webenginecore6-bin qt6-image-formats-plugins
+    fonts-dejavu-core
 )
 
 # A display for machines that have none.
@@ -19,8 +20,8 @@ SOLVANE_DISPLAY_PACKAGES=(xvfb)
 SOLVANE_TEST_PACKAGES=(
     libgtest-dev libgmock-dev
     clang-format clang-tidy
-    at-spi2-core dbus dbus-x11 desktop-file-utils
-    fonts-noto-cjk imagemagick openbox wmctrl x11-utils xauth xdotool
+    at-spi2-core dbus dbus-x11 desktop-file-utils python3
+    fonts-noto-cjk imagemagick openbox wmctrl x11-utils xauth xclip xdotool
 )
 
 SOLVANE_BENCHMARK_PACKAGES=(libbenchmark-dev libxdamage-dev dbus openbox x11-utils xdotool)
