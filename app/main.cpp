@@ -147,10 +147,10 @@ int run(const CommandLine &commandLine, Application &application)
         window->close();
         window->setAttribute(Qt::WA_DontShowOnScreen, false);
         delegate.windowShouldClose(window.get());
-    } else {
-        window->show();
     }
     application.finishLaunching();
+    if (!commandLine.hidden)
+        window->show();
     for (const QString &document : commandLine.documents)
         application.openFile(document);
 

@@ -35,9 +35,9 @@ QString startFolder(const QString &home)
 
 } // namespace
 
-Welcome::Welcome()
+bool Welcome::load()
 {
-    loadInterfaceFile(u"Welcome"_s);
+    return window() || loadInterfaceFile(u"Welcome"_s);
 }
 
 void Welcome::localize()
@@ -54,7 +54,7 @@ void Welcome::localize()
 
 bool Welcome::show()
 {
-    if (!host() || !window())
+    if (!host() || !load())
         return false;
     localize();
     if (lblExit)

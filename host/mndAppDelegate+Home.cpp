@@ -52,7 +52,7 @@ QString mndAppDelegate::getHomeDirectory()
 /// window to ask in.
 bool mndAppDelegate::askForHomeDirectory()
 {
-    if (!_welcome || !_welcome->window() || !_window)
+    if (!_welcome || !_window || !_welcome->load())
         return false;
     _window->center();
     return _welcome->show();
