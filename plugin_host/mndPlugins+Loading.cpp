@@ -1,10 +1,9 @@
-#include "platform/foundation/Bundle.h"
-#include "platform/foundation/BundleModule.h"
 #include "platform/foundation/ExceptionText.h"
 #include "platform/foundation/Format.h"
 #include "platform/foundation/Perform.h"
 #include "platform/foundation/ProductAddresses.h"
 #include "platform/foundation/SystemServices.h"
+#include "plugin_host/BundleReadAhead.h"
 #include "plugin_host/mndCore.h"
 #include "plugin_host/mndPlugin.h"
 #include "plugin_host/mndPlugins.h"
@@ -21,6 +20,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int hostApiVersion = 6;
+
+/// From so many on, a thread that reads ahead saves more than it takes.
+constexpr qsizetype manyBundles = 8;
 
 /// A folder that the desktop shows as one thing.
 bool isFilePackage(const QFileInfo &entry)
@@ -93,13 +95,11 @@ QStringList remarks(const Dictionary &info, const QObject *plugin)
 
 } // namespace
 
-void mndPlugins::loadAllPlugins()
+QStringList mndPlugins::pathsToLoad() const
 {
-    for (const QString &path : systemServices().mainBundle->pathsForResources(u"bundle"_s))
-        loadPluginFromPath(path);
-
+    QStringList paths = systemServices().mainBundle->pathsForResources(u"bundle"_s);
     if (m_quarantine && m_quarantine->bundledOnly())
-        return;
+        return paths;
     const QString folder =
         systemServices().account->home() + u"/Library/Application Support/Solvane"_s;
     // Links are not followed, so that a folder of links in a circle is just a folder of links.
@@ -108,11 +108,30 @@ void mndPlugins::loadAllPlugins()
                              | QDir::CaseSensitive);
     for (const QFileInfo &entry : directory.entryInfoList()) {
         if (isFilePackage(entry) && !entry.completeBaseName().isEmpty())
-            loadPluginFromPath(QString(folder + u'/' + entry.fileName()).replace(u"//"_s, u"/"_s));
+            paths << QString(folder + u'/' + entry.fileName()).replace(u"//"_s, u"/"_s);
+    }
+    return paths;
+}
+
+void mndPlugins::loadAllPlugins()
+{
+    const QStringList paths = pathsToLoad();
+    std::optional<BundleReadAhead> ahead;
+    // After a crash they come one after the other: should it have been in the reading, then the
+    // breadcrumb is to lie at the right one.
+    if (paths.size() >= manyBundles && (!m_quarantine || m_quarantine->culprit().isNull()))
+        ahead.emplace(paths);
+    for (const QString &path : paths) {
+        loadBundle(path, [&] { return ahead ? ahead->take(path) : ReadBundle::read(path); });
     }
 }
 
 bool mndPlugins::loadPluginFromPath(const QString &path)
+{
+    return loadBundle(path, [&] { return ReadBundle::read(path); });
+}
+
+bool mndPlugins::loadBundle(const QString &path, const std::function<ReadBundle()> &read)
 {
     PluginLoadReport report;
     report.path = path;
@@ -121,7 +140,7 @@ bool mndPlugins::loadPluginFromPath(const QString &path)
     if (m_quarantine)
         m_quarantine->enter(path);
     try {
-        report.result = load(path, report);
+        report.result = load(read(), report);
     } catch (...) {
         const QString description = currentExceptionText();
         report.problems << u"it threw an exception: %1"_s.arg(description);
@@ -152,14 +171,14 @@ bool mndPlugins::isKeptOut(const Bundle &bundle, PluginLoadReport &report) const
     return report.leftOut;
 }
 
-bool mndPlugins::load(const QString &path, PluginLoadReport &report)
+bool mndPlugins::load(const ReadBundle &read, PluginLoadReport &report)
 {
-    const auto bundle = Bundle::open(path);
+    const auto &bundle = read.bundle;
     if (!bundle) {
         report.problems << bundle.error();
         return false;
     }
-    BundleModule module(bundle.value()->executablePath());
+    BundleModule &module = *read.module;
     if (!declaresPlugin(*bundle.value(), module, report.problems))
         return true;
     if (isKeptOut(*bundle.value(), report))
@@ -177,7 +196,7 @@ bool mndPlugins::load(const QString &path, PluginLoadReport &report)
     }
 
     Dictionary parameters = Dictionary::make();
-    parameters.setValue(u"bundle"_s, path);
+    parameters.setValue(u"bundle"_s, report.path);
     parameters.setValue(u"core"_s, QVariant::fromValue<QObject *>(m_core));
     const Dictionary info = plugin->pluginInitialize(parameters);
     if (info.isAbsent()) {
@@ -198,7 +217,7 @@ bool mndPlugins::load(const QString &path, PluginLoadReport &report)
     }
     report.problems << remarks(info, object.get());
     if (m_quarantine)
-        m_neverShown.insert(object.get(), path);
+        m_neverShown.insert(object.get(), report.path);
     accept(info, std::move(object));
     report.accepted = true;
     return true;

@@ -16,6 +16,7 @@ class Bundle;
 class PluginQuarantine;
 class QAbstractButton;
 class QWidget;
+struct ReadBundle;
 
 /// The registry: every accepted plugin, in load order.
 ///
@@ -73,7 +74,9 @@ public:
     static void setButtonStringColor(QAbstractButton *button, const QColor &color);
 
 private:
-    bool load(const QString &path, PluginLoadReport &report);
+    QStringList pathsToLoad() const;
+    bool loadBundle(const QString &path, const std::function<ReadBundle()> &read);
+    bool load(const ReadBundle &read, PluginLoadReport &report);
     bool isKeptOut(const Bundle &bundle, PluginLoadReport &report) const;
     void watchFirstShow(QObject *plugin);
     void accept(const Dictionary &info, std::unique_ptr<QObject> plugin);

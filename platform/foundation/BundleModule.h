@@ -12,7 +12,8 @@ class QObject;
 /// The code of a bundle: a Qt plugin module with its embedded metadata.
 ///
 /// The metadata is read from the file without running any of its code. A module that was loaded
-/// stays loaded until the process ends. Main thread only.
+/// stays loaded until the process ends. Any thread may read the metadata, one at a time; the rest
+/// is for the main thread.
 class BundleModule
 {
 public:

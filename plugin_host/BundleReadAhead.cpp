@@ -1,0 +1,58 @@
+#include "plugin_host/BundleReadAhead.h"
+
+#include <system_error>
+
+ReadBundle ReadBundle::read(const QString &path)
+{
+    ReadBundle result{Bundle::open(path), nullptr};
+    if (!result.bundle)
+        return result;
+    // Both keep what they have read.
+    result.module = std::make_unique<BundleModule>(result.bundle.value()->executablePath());
+    if (result.bundle.value()->infoProblem().isNull())
+        result.module->metadata();
+    return result;
+}
+
+BundleReadAhead::BundleReadAhead(const QStringList &paths)
+    : m_slots(static_cast<std::size_t>(paths.size()))
+{
+    for (std::size_t i = 0; i < m_slots.size(); ++i) {
+        m_slots[i].path = paths[static_cast<qsizetype>(i)];
+        m_byPath.insert(m_slots[i].path, &m_slots[i]);
+    }
+    const auto readAll = [this] {
+        // The first one is wanted at once.
+        for (std::size_t i = 1; i < m_slots.size() && !m_stop; ++i) {
+            try {
+                read(m_slots[i]);
+            } catch (...) {
+                // Whoever takes it tries again and meets the same.
+            }
+        }
+    };
+    try {
+        m_reader = std::thread(readAll);
+    } catch (const std::system_error &) {
+        // Without a thread each is read when it is taken.
+    }
+}
+
+BundleReadAhead::~BundleReadAhead()
+{
+    m_stop = true;
+    if (m_reader.joinable())
+        m_reader.join();
+}
+
+void BundleReadAhead::read(Slot &slot)
+{
+    std::call_once(slot.once, [&] { slot.bundle = ReadBundle::read(slot.path); });
+}
+
+ReadBundle BundleReadAhead::take(const QString &path)
+{
+    Slot &slot = *m_byPath.value(path);
+    read(slot);
+    return std::move(*slot.bundle);
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "platform/foundation/Bundle.h"
+#include "platform/foundation/BundleModule.h"
+
+#include <QHash>
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <vector>
+
+/// A bundle with what its files say of it. None of its code has run.
+struct ReadBundle
+{
+    static ReadBundle read(const QString &path);
+
+    Result<std::unique_ptr<Bundle>> bundle;
+    std::unique_ptr<BundleModule> module; ///< null without a bundle
+};
+
+/// Reads bundles on a thread of its own while the one before is still being started. Its methods
+/// are for one thread; the destructor waits until the bundle at hand is read.
+class BundleReadAhead
+{
+public:
+    explicit BundleReadAhead(const QStringList &paths);
+    ~BundleReadAhead();
+    Q_DISABLE_COPY_MOVE(BundleReadAhead)
+
+    /// To be asked once for each of the paths. What is not read yet is read now.
+    ReadBundle take(const QString &path);
+
+private:
+    struct Slot
+    {
+        QString path;
+        std::once_flag once;
+        std::optional<ReadBundle> bundle;
+    };
+    static void read(Slot &slot);
+
+    std::vector<Slot> m_slots;
+    QHash<QString, Slot *> m_byPath;
+    std::atomic<bool> m_stop = false;
+    std::thread m_reader;
+};
