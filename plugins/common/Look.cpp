@@ -1,22 +1,60 @@
 #include "plugins/common/Look.h"
 
+#include "SolvanePlugin.h"
+
 #include <QApplication>
-#include <QFontInfo>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QScrollArea>
 #include <QSvgRenderer>
 #include <QVBoxLayout>
 
+namespace {
+
+class FirstPolish : public QObject
+{
+public:
+    FirstPolish(QWidget *widget, std::function<void()> doIt)
+        : QObject(widget)
+        , m_doIt(std::move(doIt))
+    {
+        widget->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *widget, QEvent *event) override
+    {
+        if (event->type() == QEvent::Polish) {
+            widget->removeEventFilter(this);
+            m_doIt();
+            deleteLater();
+        }
+        return false;
+    }
+
+private:
+    std::function<void()> m_doIt;
+};
+
+} // namespace
+
 namespace look {
 
 QFont font(double factor, QFont::Weight weight)
 {
     QFont scaled = QApplication::font();
-    // The font may be set in pixels, and then has no point size of its own.
-    scaled.setPointSizeF(QFontInfo(scaled).pointSizeF() * factor);
+    // A font set in pixels has no point size of its own.
+    if (scaled.pointSizeF() > 0)
+        scaled.setPointSizeF(scaled.pointSizeF() * factor);
+    else
+        scaled.setPixelSize(qRound(scaled.pixelSize() * factor));
     scaled.setWeight(weight);
     return scaled;
+}
+
+void whenPolished(QWidget *widget, std::function<void()> doIt)
+{
+    new FirstPolish(widget, std::move(doIt));
 }
 
 void setTextColor(QWidget *widget, const QColor &color)
@@ -40,7 +78,9 @@ void paintWhite(QWidget *widget)
 QWidget *addScrollingColumn(QWidget *view, const QString &name)
 {
     paintWhite(view);
-    auto *area = new QScrollArea;
+    auto *area = new QScrollArea(view);
+    // Without a layout, which would measure all of the page as soon as it is chosen.
+    FillsParent::install(area);
     area->setFrameShape(QFrame::NoFrame);
     area->setWidgetResizable(true);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -59,10 +99,6 @@ QWidget *addScrollingColumn(QWidget *view, const QString &name)
     centred->addStretch(1);
     area->setWidget(page);
     page->setAutoFillBackground(false);
-
-    auto *filling = new QVBoxLayout(view);
-    filling->setContentsMargins(0, 0, 0, 0);
-    filling->addWidget(area);
     return column;
 }
 

@@ -5,6 +5,8 @@
 #include <QImage>
 #include <QWidget>
 
+#include <functional>
+
 /// The common look of the first-party pages: dark text and one accent on white.
 namespace look {
 
@@ -24,6 +26,10 @@ inline constexpr int gap = 16;
 
 /// The application's font, larger or smaller by the factor.
 QFont font(double factor = 1.0, QFont::Weight weight = QFont::Normal);
+
+/// Does it when the widget is first shown: what measures text loads the fonts, for which no start
+/// should wait.
+void whenPolished(QWidget *widget, std::function<void()> doIt);
 
 void setTextColor(QWidget *widget, const QColor &color);
 /// Makes the widget paint a plain white background.

@@ -29,8 +29,10 @@ MeterCard::MeterCard(const QString &title, const QString &period, const QColor &
     look::setTextColor(m_remark, look::secondaryText);
     m_remark->setAlignment(Qt::AlignLeft | Qt::AlignBottom);
     // The small text stands on the baseline of the large one.
-    const int lift = m_figure->fontMetrics().descent() - m_remark->fontMetrics().descent();
-    m_remark->setContentsMargins(0, 0, 0, lift);
+    look::whenPolished(this, [this] {
+        const int lift = m_figure->fontMetrics().descent() - m_remark->fontMetrics().descent();
+        m_remark->setContentsMargins(0, 0, 0, lift);
+    });
 
     auto *top = new QHBoxLayout;
     top->addWidget(heading, 1);

@@ -41,10 +41,13 @@ QLabel *makeHeading(const QString &text, double factor)
 
 QLabel *makeLink(const QString &link, const QString &title)
 {
-    auto *label =
-        new QLabel(u"<a href=\"%1\">%2</a>"_s.arg(link.toHtmlEscaped(), title.toHtmlEscaped()));
-    label->setTextFormat(Qt::RichText);
-    label->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
+    auto *label = new QLabel;
+    look::whenPolished(label, [label] {
+        label->setTextFormat(Qt::RichText);
+        label->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
+    });
+    label->setTextFormat(Qt::PlainText);
+    label->setText(u"<a href=\"%1\">%2</a>"_s.arg(link.toHtmlEscaped(), title.toHtmlEscaped()));
     label->setFocusPolicy(Qt::StrongFocus);
     label->setWordWrap(true);
     label->setAccessibleName(title);
@@ -57,8 +60,10 @@ QLabel *makeLink(const QString &link, const QString &title)
 QPushButton *makeButton(const QString &title)
 {
     auto *button = new QPushButton(title);
-    const QSize natural = button->sizeHint();
-    button->setMinimumSize(natural.width() + 16, natural.height() + 4);
+    look::whenPolished(button, [button] {
+        const QSize natural = button->sizeHint();
+        button->setMinimumSize(natural.width() + 16, natural.height() + 4);
+    });
     return button;
 }
 
