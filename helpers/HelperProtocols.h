@@ -40,9 +40,9 @@ public:
     /// Throws std::out_of_range.
     virtual void removeStringAtIndex(int index) = 0;
 
-    /// One line an entry, each ended by a line feed, in UTF-8. A file of that path is removed
-    /// first. False when it could not be written, and before anything is removed when an entry is
-    /// no Unicode.
+    /// One line an entry, each ended by a line feed, in UTF-8. A file of that path is replaced,
+    /// or a link itself. False when it could not be written, and when an entry is no Unicode; then
+    /// the file stays as it was.
     virtual bool saveToFile(const QString &path) = 0;
     /// Replaces the entries; what was saved comes back with one empty entry more. False for a
     /// missing file, which changes nothing, and for one that is unreadable, no UTF-8, or larger

@@ -17,14 +17,14 @@ FileSystem &disk()
     return *systemServices().fileSystem;
 }
 
-/// Folders and devices stay where they are: nobody means to remove them by saving a list.
-void removeExistingFile(const QString &path)
+/// Folders and devices stay where they are: nobody means to remove them by saving a list. Nor is a
+/// link removed that leads to nothing yet.
+bool mayBeReplaced(const QString &path)
 {
     const auto there = disk().attributes(path);
     const bool isFile = there
         && (there->type == FileAttributes::RegularFile || there->type == FileAttributes::Link);
-    if (isFile && disk().exists(path))
-        disk().remove(path);
+    return !there || (isFile && disk().exists(path));
 }
 
 /// The texts of a stored collection; what else it holds is no entry.
@@ -105,11 +105,11 @@ bool mndStringList::saveToFile(const QString &path)
         text += string + u'\n';
     QStringEncoder encoder(QStringEncoder::Utf8);
     const QByteArray content = encoder(text);
-    // Before anything is removed: a list that cannot be written must not cost the one that was.
+    // A list that cannot be written must not cost the one that was.
     if (encoder.hasError())
         return false;
-    removeExistingFile(path);
-    return disk().writeFile(path, content);
+    return mayBeReplaced(path) ? disk().replaceFile(path, content)
+                               : disk().writeFile(path, content);
 }
 
 bool mndStringList::loadFromFile(const QString &path)

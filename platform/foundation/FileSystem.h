@@ -51,6 +51,10 @@ public:
     /// Makes the content a regular file's own, links followed; a failure may leave a part. Anything
     /// that is there but no regular file is left alone, and no reader waited for.
     virtual bool writeFile(const QString &path, QByteArrayView content) = 0;
+    /// Puts a regular file of this content in the place of a file, of a link itself or of nothing.
+    /// A failure leaves what was there, whole, and nothing beside it. Only where the folder keeps
+    /// its entries to others is the file itself written to, as by writeFile().
+    virtual bool replaceFile(const QString &path, QByteArrayView content) = 0;
     /// Makes a file, which must not exist, not even as a link, and which its owner alone may read.
     virtual bool createFile(const QString &path, QByteArrayView content) = 0;
     /// Opens a regular file that has this name only, to write over what it holds; null for anything

@@ -4,6 +4,8 @@
 #include "platform/foundation/RegularFile.h"
 #include "platform/foundation/TreeRemoval.h"
 
+#include <QRandomGenerator>
+
 #include <sys/stat.h>
 
 namespace {
@@ -117,6 +119,30 @@ bool RealFileSystem::writeFile(const QString &path, QByteArrayView content)
     FileDescriptor file = openFile(path, O_WRONLY | O_CREAT | O_NONBLOCK | O_NOCTTY, 0666);
     return isRegular(file) && ::ftruncate64(file.number(), 0) == 0
         && writeContent(std::move(file), content);
+}
+
+bool RealFileSystem::replaceFile(const QString &path, QByteArrayView content)
+{
+    const FilePlace place = FilePlace::inFolder(path);
+    if (place.isNowhere() || path.endsWith(u'/'))
+        return false;
+    // Short, so that it fits wherever the file's own name does.
+    const QByteArray made =
+        ".solvane-" + QByteArray::number(QRandomGenerator::system()->generate64(), 16);
+    constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+    FileDescriptor file(
+        uninterrupted([&] { return ::openat64(place.folder(), made.constData(), flags, 0666); }));
+    if (file.isOpen()) {
+        // A disk may say only at the end that it took nothing.
+        if (writeAll(file.number(), content)
+            && uninterrupted([&] { return ::fsync(file.number()); }) == 0 && file.close()
+            && ::renameat(place.folder(), made.constData(), place.folder(), place.path()) == 0)
+            return true;
+        const int error = errno;
+        ::unlinkat(place.folder(), made.constData(), 0);
+        errno = error;
+    }
+    return (errno == EACCES || errno == EPERM) && writeFile(path, content);
 }
 
 bool RealFileSystem::createFile(const QString &path, QByteArrayView content)

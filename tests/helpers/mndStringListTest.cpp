@@ -145,6 +145,8 @@ TEST_F(StringList, ReplacesTheFileAndNothingElse)
         const FullDisk full(3);
         EXPECT_FALSE(list.saveToFile(path)) << "a full disk";
     }
+    EXPECT_EQ(content(), "a\nb\n") << "a full disk cost the list that was there";
+    EXPECT_EQ(QDir(root.path()).entryList(QDir::Files | QDir::Hidden).size(), 2);
     ASSERT_TRUE(list.saveToFile(path));
     const QString strange = root.path() + u'/' + FilePath::decode("\xe4\xff");
     EXPECT_TRUE(list.saveToFile(strange) && list.loadFromFile(strange));
