@@ -28,13 +28,6 @@ FileSystem &files()
     return *systemServices().fileSystem;
 }
 
-void store(const QString &key, const QVariant &value)
-{
-    systemServices().defaults->setValue(key, value);
-    if (!systemServices().defaults->synchronize())
-        systemServices().systemLog->write(u"The setting %1 could not be written."_s.arg(key));
-}
-
 /// Block by block, each on the disk before the next is written.
 bool fill(FileWriter &file, const QByteArray &block, qint64 count)
 {
@@ -55,7 +48,7 @@ int sharedHelpers::forcedDelayValue()
 
 void sharedHelpers::setForcedDelayValue(int seconds)
 {
-    store(delayKey, std::clamp(seconds, leastDelay, mostDelay));
+    storeSetting(delayKey, std::clamp(seconds, leastDelay, mostDelay));
 }
 
 bool sharedHelpers::secureQuickCleanValue()
@@ -65,7 +58,7 @@ bool sharedHelpers::secureQuickCleanValue()
 
 void sharedHelpers::setSecureQuickCleanValue(bool value)
 {
-    store(secureKey, value);
+    storeSetting(secureKey, value);
 }
 
 void sharedHelpers::enumerateFilesAtPath(const QString &path, FileRecords *result)

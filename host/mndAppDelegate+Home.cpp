@@ -65,14 +65,12 @@ QString mndAppDelegate::stringByExpandingTildeInPath(const QString &path)
 
 void mndAppDelegate::saveHomeDirectory(const QString &path)
 {
-    systemServices().defaults->setValue(homeKey(), path);
-    systemServices().defaults->synchronize();
+    storeSetting(homeKey(), path);
 }
 
 void mndAppDelegate::saveHomeDirectoryBookmark(const QByteArray &bookmark)
 {
-    systemServices().defaults->setValue(bookmarkKey(), bookmark);
-    systemServices().defaults->synchronize();
+    storeSetting(bookmarkKey(), bookmark);
 }
 
 QUrl mndAppDelegate::loadHomeDirectoryBookmark() const

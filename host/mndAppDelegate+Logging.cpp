@@ -42,8 +42,7 @@ bool mndAppDelegate::extendedLoggingValue()
 
 void mndAppDelegate::setExtendedLoggingValue(bool value)
 {
-    systemServices().defaults->setValue(extendedLoggingKey(), value);
-    systemServices().defaults->synchronize();
+    storeSetting(extendedLoggingKey(), value);
     const auto mark = [self = QPointer(this)] {
         if (self && self->miExtendedLoggingEnable)
             self->miExtendedLoggingEnable->setChecked(self->extendedLoggingValue());

@@ -5,3 +5,11 @@ SystemServices &systemServices()
     static SystemServices services;
     return services;
 }
+
+void storeSetting(const QString &key, const QVariant &value)
+{
+    systemServices().defaults->setValue(key, value);
+    if (!systemServices().defaults->synchronize())
+        systemServices().systemLog->write(
+            QStringLiteral("The setting %1 could not be written.").arg(key));
+}

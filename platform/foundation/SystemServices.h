@@ -129,3 +129,7 @@ struct SystemServices
 };
 
 SystemServices &systemServices();
+
+/// Sets a value and has it written at once; of what could not be, the system log tells. Any thread,
+/// which waits for the main one.
+void storeSetting(const QString &key, const QVariant &value);

@@ -89,6 +89,20 @@ TEST_F(Services, AnswerAPluginThatUsesThemAll)
     QCoreApplication::processEvents();
 }
 
+TEST_F(Services, SayWhatCouldNotBeStored)
+{
+    start({});
+    services.defaultsAreWritten = false;
+    services.recorder.take();
+    delegate->saveHomeDirectory(u"/h"_s);
+    delegate->saveHomeDirectoryBookmark("b");
+    delegate->setExtendedLoggingValue(false);
+    const QStringList said = services.recorder.take().filter(u"syslog"_s);
+    for (const QString &key : {u"slv.sandbox.home"_s, u"slv.sandbox.bookmark"_s, u"slvCore.elog"_s})
+        EXPECT_TRUE(said.contains(u"syslog The setting %1 could not be written."_s.arg(key)))
+            << qPrintable(key);
+}
+
 TEST_F(Services, CountSheetsAsTheyAreAskedFor)
 {
     start({"StatusFixture"});
