@@ -1,6 +1,7 @@
 #include "app/CommandLine.h"
 #include "app/ConsoleAlertPanel.h"
 #include "app/PluginDiagnosis.h"
+#include "app/Preconditions.h"
 #include "app/ReducedMotion.h"
 #include "app/SingleInstance.h"
 #include "app/Snapshot.h"
@@ -73,11 +74,12 @@ struct RealServices
     FileDialogOpenPanel openPanel;
 };
 
-bool hasDisplay()
+std::unique_ptr<Application> makeApplication(int &argc, char **argv)
 {
-    return !qEnvironmentVariableIsEmpty("DISPLAY")
-        || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
-        || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+    const Preconditions::EndsWithMessage endsWithMessage;
+    return CommandLine::wantsTouchBar(argc, argv)
+        ? std::make_unique<TouchBarApplication>(argc, argv)
+        : std::make_unique<Application>(argc, argv);
 }
 
 void setIdentity(Application &application)
@@ -174,17 +176,16 @@ int run(const CommandLine &commandLine, Application &application)
 
 int main(int argc, char **argv)
 {
-    if (CommandLine::needsNoDisplay(argc, argv)) {
+    const bool needsDisplay = !CommandLine::needsNoDisplay(argc, argv);
+    if (!needsDisplay)
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    } else if (!hasDisplay()) {
-        QTextStream(stderr) << "solvane: there is no display to show the window on\n";
+    if (const QString missing = Preconditions::establish(needsDisplay); !missing.isNull()) {
+        QTextStream(stderr) << "solvane: " << missing << '\n';
         return 1;
     }
     // Panels count on several screens, too; where the desktop tells of them, it tells by this.
     qputenv("QT_RELY_ON_NET_WORKAREA_ATOM", "1");
-    const std::unique_ptr<Application> made = CommandLine::wantsTouchBar(argc, argv)
-        ? std::make_unique<TouchBarApplication>(argc, argv)
-        : std::make_unique<Application>(argc, argv);
+    const std::unique_ptr<Application> made = makeApplication(argc, argv);
     Application &application = *made;
     const RealServices services;
     setIdentity(application);
