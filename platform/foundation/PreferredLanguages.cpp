@@ -1,7 +1,9 @@
 #include "platform/foundation/PreferredLanguages.h"
 
 #include <QLocale>
-#include <QRegularExpression>
+
+#include <algorithm>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -26,20 +28,77 @@ QString chineseTag(const QString &script, QLocale::Territory territory)
     return traditional ? u"zh-Hant"_s : u"zh-Hans"_s;
 }
 
-/// A locale name (language_REGION.encoding@modifier) as a tag; null when it is none.
+bool isLetter(QChar one)
+{
+    const char16_t lower = one.unicode() | 0x20;
+    return lower >= u'a' && lower <= u'z';
+}
+
+bool isDigit(QChar one)
+{
+    return one >= u'0' && one <= u'9';
+}
+
+bool areLetters(QStringView text, qsizetype least, qsizetype most)
+{
+    return text.size() >= least && text.size() <= most
+        && std::all_of(text.begin(), text.end(), isLetter);
+}
+
+struct LocaleName
+{
+    QString language;
+    QString script;
+    QString region;
+    QString modifier;
+};
+
+/// language_Script_REGION.encoding@modifier, of which all but the language may be missing. Read by
+/// hand: a plugin's thread may have less of a stack than regular expressions take.
+std::optional<LocaleName> localeName(const QString &name)
+{
+    QStringView rest = name;
+    const auto cutOff = [&rest](QChar mark, QStringView others) -> std::optional<QString> {
+        const qsizetype place = rest.indexOf(mark);
+        if (place < 0)
+            return QString();
+        const QStringView part = rest.sliced(place + 1);
+        rest = rest.first(place);
+        const bool isWell =
+            !part.isEmpty() && std::all_of(part.begin(), part.end(), [&](QChar one) {
+                return isLetter(one) || isDigit(one) || others.contains(one);
+            });
+        return isWell ? std::optional(part.toString()) : std::nullopt;
+    };
+    const std::optional<QString> modifier = cutOff(u'@', u"=_-");
+    if (!modifier || !cutOff(u'.', u"_-"))
+        return std::nullopt;
+
+    QStringList parts = rest.toString().replace(u'-', u'_').split(u'_');
+    LocaleName found{parts.takeFirst(), {}, {}, *modifier};
+    if (!parts.isEmpty() && areLetters(parts.first(), 4, 4))
+        found.script = parts.takeFirst();
+    if (!parts.isEmpty())
+        found.region = parts.takeFirst();
+    const bool isRegion = areLetters(found.region, 2, 2)
+        || (found.region.size() == 3
+            && std::all_of(found.region.begin(), found.region.end(), isDigit));
+    const bool isWell =
+        areLetters(found.language, 2, 3) && parts.isEmpty() && (found.region.isNull() || isRegion);
+    return isWell ? std::optional(found) : std::nullopt;
+}
+
+/// A locale name as a tag; null when it is none.
 QString tagOf(const QString &locale)
 {
-    static const QRegularExpression form(
-        u"^([A-Za-z]{2,3})(?:[_-]([A-Za-z]{4}))?(?:[_-]([A-Za-z]{2}|[0-9]{3}))?"
-        u"(?:\\.[A-Za-z0-9_-]+)?(?:@([A-Za-z0-9=_-]+))?\\z"_s);
-    const QRegularExpressionMatch match = form.match(locale);
-    if (!match.hasMatch())
+    const std::optional<LocaleName> name = localeName(locale);
+    if (!name)
         return {};
-    QString code = match.captured(1).toLower();
-    QString script = match.captured(2).toLower();
-    QString region = match.captured(3).toUpper();
+    QString code = name->language.toLower();
+    QString script = name->script.toLower();
+    QString region = name->region.toUpper();
     if (script.isEmpty())
-        script = scriptOfModifier(match.captured(4));
+        script = scriptOfModifier(name->modifier);
     else
         script[0] = script[0].toUpper();
 

@@ -7,11 +7,12 @@
 #include "platform/foundation/RegularFile.h"
 
 #include <QDateTime>
-#include <QRegularExpression>
 #include <QStringDecoder>
 
 #include <plist/plist.h>
 
+#include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <limits>
 #include <memory>
@@ -39,8 +40,12 @@ QString writtenScalar(plist_t node)
     plist_to_xml(node, &xml, &length);
     const QString document = QString::fromUtf8(xml, length);
     plist_to_xml_free(xml);
-    static const QRegularExpression content(u"<(?:integer|date)>([^<]*)<"_s);
-    return content.match(document).captured(1);
+    for (const QString &element : {u"<integer>"_s, u"<date>"_s}) {
+        const qsizetype begin = document.indexOf(element);
+        if (begin >= 0)
+            return document.sliced(begin + element.size()).section(u'<', 0, 0);
+    }
+    return {};
 }
 
 QVariant integerValue(plist_t node)
@@ -159,6 +164,43 @@ Result<QVariant> parseWith(void (*reader)(const char *, uint32_t, plist_t *),
     return convert(root);
 }
 
+// Documents are looked at by hand: a plugin's thread may have less of a stack than regular
+// expressions take.
+
+bool isSpace(char16_t one)
+{
+    return one == u' ' || (one >= u'\t' && one <= u'\r');
+}
+
+/// <?xml ... encoding = "latin1", in small letters.
+bool declaresLatin1(const QByteArray &beginning)
+{
+    if (!beginning.startsWith("<?xml"))
+        return false;
+    const QByteArray declaration = beginning.split('>').first();
+    for (qsizetype place = 5; (place = declaration.indexOf("encoding", place)) >= 0; ++place) {
+        const char before = declaration[place - 1];
+        const bool isWord = std::isalnum(static_cast<uchar>(before)) || before == '_';
+        QByteArrayView rest = QByteArrayView(declaration).sliced(place + 8);
+        const auto skipSpace = [&rest] {
+            while (!rest.isEmpty() && isSpace(static_cast<uchar>(rest.front())))
+                rest = rest.sliced(1);
+        };
+        skipSpace();
+        if (isWord || !rest.startsWith('='))
+            continue;
+        rest = rest.sliced(1);
+        skipSpace();
+        for (const QByteArrayView name : {"iso-8859-1", "latin1"}) {
+            const auto isQuote = [&](qsizetype at) { return rest[at] == '"' || rest[at] == '\''; };
+            if (rest.size() >= name.size() + 2 && isQuote(0) && isQuote(name.size() + 1)
+                && rest.sliced(1).startsWith(name))
+                return true;
+        }
+    }
+    return false;
+}
+
 QStringConverter::Encoding encodingOf(const QByteArray &data)
 {
     if (const auto marked = QStringConverter::encodingForData(data))
@@ -168,19 +210,24 @@ QStringConverter::Encoding encodingOf(const QByteArray &data)
     if (data.size() >= 2 && !data[0] && data[1])
         return QStringConverter::Utf16BE;
     // What the document itself says counts only among encodings that such bytes can be in.
-    static const QRegularExpression declared(
-        u"^<\\?xml[^>]*\\bencoding\\s*=\\s*[\"'](iso-8859-1|latin1)[\"']"_s,
-        QRegularExpression::CaseInsensitiveOption);
-    if (declared.match(QString::fromLatin1(data.left(256))).hasMatch())
-        return QStringConverter::Latin1;
-    return QStringConverter::Utf8;
+    return declaresLatin1(data.left(256).toLower()) ? QStringConverter::Latin1
+                                                    : QStringConverter::Utf8;
 }
 
 /// Text too may begin with "<": then data follows, whose digits never spell an element's name.
 bool looksLikeXml(QStringView text)
 {
-    static const QRegularExpression beginning(u"^\\s*<(?:[?!]|[a-z]*[g-z])"_s);
-    return beginning.match(text.left(256)).hasMatch();
+    text = text.left(256);
+    while (!text.isEmpty() && isSpace(text.front().unicode()))
+        text = text.sliced(1);
+    if (!text.startsWith(u'<'))
+        return false;
+    text = text.sliced(1);
+    if (text.startsWith(u'?') || text.startsWith(u'!'))
+        return true;
+    const auto digitsEnd =
+        std::find_if(text.begin(), text.end(), [](QChar one) { return one < u'a' || one > u'f'; });
+    return digitsEnd != text.end() && *digitsEnd >= u'g' && *digitsEnd <= u'z';
 }
 
 } // namespace

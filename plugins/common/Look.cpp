@@ -43,10 +43,11 @@ namespace look {
 QFont font(double factor, QFont::Weight weight)
 {
     QFont scaled = QApplication::font();
-    // A font set in pixels has no point size of its own.
+    // A font set in pixels has no point size of its own; without any font installed, none has a
+    // size.
     if (scaled.pointSizeF() > 0)
         scaled.setPointSizeF(scaled.pointSizeF() * factor);
-    else
+    else if (scaled.pixelSize() > 0)
         scaled.setPixelSize(qRound(scaled.pixelSize() * factor));
     scaled.setWeight(weight);
     return scaled;
