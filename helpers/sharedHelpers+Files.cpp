@@ -116,9 +116,8 @@ bool sharedHelpers::_shredFile(const QString &path, int fillchar)
         return false;
     const QByteArray block(blockSize, static_cast<char>(fillchar));
     // In between anybody who may write to the folder can put something in the file's place, a link
-    // to another file for one: that must never be written to, so the file has to be a new one.
-    if (!files().createFile(path, block))
-        return false;
-    const std::unique_ptr<FileWriter> file = files().openForWriting(path);
+    // to another file for one: that must never be written to, so the file has to be a new one and
+    // is never looked up again.
+    const std::unique_ptr<FileWriter> file = files().createForWriting(path, block);
     return file && fill(*file, block, (*attributes->size >> blockBits) + 1);
 }

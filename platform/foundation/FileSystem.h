@@ -55,9 +55,9 @@ public:
     /// A failure leaves what was there, whole, and nothing beside it. Only where the folder keeps
     /// its entries to others is the file itself written to, as by writeFile().
     virtual bool replaceFile(const QString &path, QByteArrayView content) = 0;
-    /// Makes a file, which must not exist, not even as a link, and which its owner alone may read.
-    virtual bool createFile(const QString &path, QByteArrayView content) = 0;
-    /// Opens a regular file that has this name only, to write over what it holds; null for anything
-    /// else, such as a link.
-    virtual std::unique_ptr<FileWriter> openForWriting(const QString &path) = 0;
+    /// Makes a file of this content, which must not exist, not even as a link, and which its owner
+    /// alone may read; to write over the content from its start. Whatever takes the file's name
+    /// meanwhile, a link to another for one, is not written to. Null when it could not be made.
+    virtual std::unique_ptr<FileWriter> createForWriting(const QString &path,
+                                                         QByteArrayView content) = 0;
 };

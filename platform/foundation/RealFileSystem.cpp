@@ -34,14 +34,10 @@ bool writeContent(FileDescriptor file, QByteArrayView content)
     return file.isOpen() && writeAll(file.number(), content) && file.close();
 }
 
-bool isRegular(const FileDescriptor &file, nlink_t *names = nullptr)
+bool isRegular(const FileDescriptor &file)
 {
     struct stat64 status;
-    if (!file.isOpen() || ::fstat64(file.number(), &status) != 0)
-        return false;
-    if (names)
-        *names = status.st_nlink;
-    return S_ISREG(status.st_mode);
+    return file.isOpen() && ::fstat64(file.number(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
 FileAttributes::Type typeOf(mode_t mode)
@@ -145,17 +141,12 @@ bool RealFileSystem::replaceFile(const QString &path, QByteArrayView content)
     return (errno == EACCES || errno == EPERM) && writeFile(path, content);
 }
 
-bool RealFileSystem::createFile(const QString &path, QByteArrayView content)
+std::unique_ptr<FileWriter> RealFileSystem::createForWriting(const QString &path,
+                                                             QByteArrayView content)
 {
-    return writeContent(openFile(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600), content);
-}
-
-std::unique_ptr<FileWriter> RealFileSystem::openForWriting(const QString &path)
-{
-    // Without waiting for the other end of a pipe.
-    FileDescriptor file = openFile(path, O_WRONLY | O_NOFOLLOW | O_NONBLOCK);
-    nlink_t names = 0;
-    if (!isRegular(file, &names) || names != 1)
+    FileDescriptor file = openFile(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
+    if (!file.isOpen() || !writeAll(file.number(), content)
+        || ::lseek64(file.number(), 0, SEEK_SET) != 0)
         return nullptr;
     return std::make_unique<RealFileWriter>(std::move(file));
 }

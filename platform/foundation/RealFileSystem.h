@@ -13,6 +13,6 @@ public:
     std::optional<QByteArray> readFile(const QString &path, qsizetype limit) const override;
     bool writeFile(const QString &path, QByteArrayView content) override;
     bool replaceFile(const QString &path, QByteArrayView content) override;
-    bool createFile(const QString &path, QByteArrayView content) override;
-    std::unique_ptr<FileWriter> openForWriting(const QString &path) override;
+    std::unique_ptr<FileWriter> createForWriting(const QString &path,
+                                                 QByteArrayView content) override;
 };

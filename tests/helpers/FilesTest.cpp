@@ -3,6 +3,7 @@
 #include "platform/foundation/FilePath.h"
 #include "platform/foundation/RealFileSystem.h"
 #include "support/TestServices.h"
+#include "tests/platform/foundation/LinkRace.h"
 
 #include <gtest/gtest.h>
 
@@ -65,16 +66,13 @@ public:
     {
         return passes(u"remove"_s) && RealFileSystem::remove(path);
     }
-    bool createFile(const QString &path, QByteArrayView content) override
+    std::unique_ptr<FileWriter> createForWriting(const QString &path,
+                                                 QByteArrayView content) override
     {
-        return passes(u"create %1"_s.arg(content.size()))
-            && RealFileSystem::createFile(path, content);
-    }
-    std::unique_ptr<FileWriter> openForWriting(const QString &path) override
-    {
-        if (!passes(u"open"_s))
+        if (!passes(u"create %1"_s.arg(content.size())))
             return nullptr;
-        return std::make_unique<Writer>(*this, path, RealFileSystem::openForWriting(path));
+        return std::make_unique<Writer>(*this, path,
+                                        RealFileSystem::createForWriting(path, content));
     }
 
 private:
@@ -159,7 +157,7 @@ TEST_F(Files, AreShreddedBlockByBlock)
             steps << u"write"_s << u"flush %1 of %2"_s.arg(block * 16384).arg(fill);
         return steps;
     };
-    const QStringList begin{u"remove"_s, u"create 16384"_s, u"open"_s};
+    const QStringList begin{u"remove"_s, u"create 16384"_s};
     for (const auto &[size, blocks] :
          {std::pair{0, 1}, {16383, 1}, {16384, 2}, {32767, 2}, {40000, 3}}) {
         const QString path = add(u"f"_s, size);
@@ -170,7 +168,7 @@ TEST_F(Files, AreShreddedBlockByBlock)
         EXPECT_FALSE(QFile::exists(path));
     }
     for (const char *failing :
-         {"remove 1", "create 16384", "open", "write 2", "flush 32768 of 0", "close"}) {
+         {"remove 1", "create 16384", "write 2", "flush 32768 of 0", "close"}) {
         const QString path = add(u"f"_s, 20000);
         files.steps.clear();
         files.failing = QString::fromLatin1(failing);
@@ -181,7 +179,7 @@ TEST_F(Files, AreShreddedBlockByBlock)
     files.failing = u"create 16384 3"_s;
     files.steps.clear();
     EXPECT_FALSE(helpers.shredFile(add(u"f"_s, 1), true));
-    EXPECT_EQ(files.steps.count(u"open"_s), 2);
+    EXPECT_EQ(files.steps.count(u"close"_s), 2);
     files.failing.clear();
     files.steps.clear();
     const std::time_t begun = std::time(nullptr);
@@ -224,6 +222,63 @@ TEST_F(Files, AreShreddedWithoutReachingThroughLinksOrIntoFolders)
     struct stat folder;
     ASSERT_EQ(::stat(QFile::encodeName(services.home.path()).constData(), &folder), 0);
     EXPECT_EQ(helpers.getFileSize(services.home.path()), quint64(folder.st_size));
+}
+
+/// The file becomes a link, symbolic and hard by turns, between any two steps.
+TEST_F(Files, AreShreddedWithoutReachingThroughLinksThatAreSwappedIn)
+{
+    // Without the wait for the disk, which would leave the swaps to themselves.
+    struct : RealFileSystem
+    {
+        struct Writer : FileWriter
+        {
+            explicit Writer(std::unique_ptr<FileWriter> writer)
+                : real(std::move(writer))
+            { }
+            bool write(QByteArrayView bytes) override { return real->write(bytes); }
+            bool synchronize() override { return true; }
+            bool close() override { return real->close(); }
+            std::unique_ptr<FileWriter> real;
+        };
+        std::unique_ptr<FileWriter> createForWriting(const QString &path,
+                                                     QByteArrayView content) override
+        {
+            auto writer = RealFileSystem::createForWriting(path, content);
+            return writer ? std::make_unique<Writer>(std::move(writer)) : nullptr;
+        }
+    } files;
+    systemServices().fileSystem = &files;
+    struct
+    {
+        const char *what;
+        bool isSecure;
+        bool (sharedHelpers::*remove)(const QString &);
+    } const rows[] = {
+        {"secureRemoveFileAtPath", false, &sharedHelpers::secureRemoveFileAtPath},
+        {"removeFileAtPathQuickClean, secure", true, &sharedHelpers::removeFileAtPathQuickClean},
+        {"removeFileAtPathQuickClean", false, &sharedHelpers::removeFileAtPathQuickClean},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.what);
+        std::printf("%s: ", row.what);
+        services.defaults[u"slvQuickClean.secure"_s] = row.isSecure;
+        LinkRace race;
+        const FileTree tree;
+        const std::string file = tree.path("f"), link = tree.path("link");
+        bool isHard = false;
+        const auto swap = [&] {
+            isHard = !isHard;
+            const bool made = isHard ? ::link(race.fileElsewhere().c_str(), link.c_str()) == 0
+                                     : ::symlink(race.fileElsewhere().c_str(), link.c_str()) == 0;
+            const bool isThere = made && ::rename(link.c_str(), file.c_str()) == 0;
+            std::this_thread::yield();
+            return ::unlink(file.c_str()) != 0 && errno == ENOENT && isThere;
+        };
+        race.run(swap, [&] {
+            ::close(::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+            return (helpers.*row.remove)(tree.text("f"));
+        });
+    }
 }
 
 TEST_F(Files, AreRemovedQuicklyAsTheSettingSays)
