@@ -117,6 +117,10 @@ has_focus() { [[ $(xdotool getactivewindow 2>/dev/null) == "$(window "$@")" ]]; 
 # start_shown [ARGUMENT...] - and waits for the window with its sidebar.
 start_shown() {
     start "$@"
+    expect_shown
+}
+
+expect_shown() {
     expect "the main window" has_window
     xdotool windowactivate "$(window)"
     expect "the main window in front" has_focus

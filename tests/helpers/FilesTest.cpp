@@ -272,7 +272,8 @@ TEST_F(Files, AreShreddedWithoutReachingThroughLinksThatAreSwappedIn)
                                      : ::symlink(race.fileElsewhere().c_str(), link.c_str()) == 0;
             const bool isThere = made && ::rename(link.c_str(), file.c_str()) == 0;
             std::this_thread::yield();
-            return ::unlink(file.c_str()) != 0 && errno == ENOENT && isThere;
+            const bool isMet = ::unlink(file.c_str()) != 0 && errno == ENOENT;
+            return !isThere ? LinkRace::NotDone : isMet ? LinkRace::Removed : LinkRace::TakenBack;
         };
         race.run(swap, [&] {
             ::close(::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));

@@ -58,10 +58,10 @@ TEST(FileRemoval, StaysInTheTreeWhileLinksAreSwappedIn)
         ::mkdir(folder.c_str(), 0755);
         ::rename(folder.c_str(), aside.c_str());
         const bool isThere = ::symlink(race.folderElsewhere().c_str(), folder.c_str()) == 0;
-        const bool isMet = ::unlink(folder.c_str()) != 0 && errno == ENOENT && isThere;
+        const bool isMet = ::unlink(folder.c_str()) != 0 && errno == ENOENT;
         ::rename(aside.c_str(), folder.c_str());
         ::renameat2(AT_FDCWD, link.c_str(), AT_FDCWD, top.c_str(), RENAME_EXCHANGE);
-        return isMet;
+        return !isThere ? LinkRace::NotDone : isMet ? LinkRace::Removed : LinkRace::TakenBack;
     };
     RealFileSystem files;
     race.run(swap, [&] {

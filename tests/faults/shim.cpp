@@ -1,0 +1,191 @@
+/// Loaded before the C library: makes file calls of the program fail, or its clock jump.
+///
+///     SOLVANE_FAULT        number of the error, such as 28 for a full disk
+///     SOLVANE_FAULT_CALLS  " write open mkdir rename sync truncate ", or some of them
+///     SOLVANE_FAULT_BELOW  folders whose files it is about, separated by ":"
+///     SOLVANE_FAULT_WHILE  a file: there are faults while it exists
+///     SOLVANE_FAULT_MET    a file that gets a line for each call that failed
+///     SOLVANE_CLOCK_JUMPS  hours that the time of day is off, forwards and backwards by turns
+///
+/// A full disk takes half of what is written, then nothing, and lets what is there be replaced.
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <string>
+#include <string_view>
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+namespace {
+
+std::string setting(const char *name)
+{
+    const char *value = std::getenv(name);
+    return value ? value : "";
+}
+
+struct Settings
+{
+    int error = std::atoi(setting("SOLVANE_FAULT").c_str());
+    std::string calls = setting("SOLVANE_FAULT_CALLS");
+    std::string below = setting("SOLVANE_FAULT_BELOW") + ":";
+    std::string trigger = setting("SOLVANE_FAULT_WHILE");
+    std::string met = setting("SOLVANE_FAULT_MET");
+    time_t jump = std::atoi(setting("SOLVANE_CLOCK_JUMPS").c_str()) * 3600L;
+};
+
+/// Not before the first call: other libraries start before this one.
+const Settings &settings()
+{
+    static const auto *const once = new Settings; // calls come until the very end
+    return *once;
+}
+
+std::string pathOf(int descriptor)
+{
+    const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+    char path[4096];
+    const ssize_t size = ::readlink(link.c_str(), path, sizeof path);
+    return std::string(path, size > 0 ? static_cast<size_t>(size) : 0);
+}
+
+std::string pathAt(int folder, const char *path)
+{
+    return *path == '/' ? path : pathOf(folder) + '/' + path;
+}
+
+bool isMeant(const std::string &path)
+{
+    const std::string_view all = settings().below;
+    for (size_t from = 0, to = 0; (to = all.find(':', from)) != all.npos; from = to + 1) {
+        const std::string_view folder = all.substr(from, to - from);
+        if (!folder.empty() && path.compare(0, folder.size(), folder) == 0
+            && (path.size() == folder.size() || path[folder.size()] == '/'))
+            return true;
+    }
+    return false;
+}
+
+/// Whether the call is to fail; then errno says how. Otherwise errno stays as it was.
+bool fails(const char *call, const std::string &path)
+{
+    const Settings &with = settings();
+    const int before = errno;
+    const bool isFault = with.error != 0 && isMeant(path)
+        && with.calls.find(' ' + std::string(call) + ' ') != std::string::npos
+        && ::syscall(SYS_access, with.trigger.c_str(), F_OK) == 0;
+    if (isFault) {
+        const std::string line = std::string(call) + ' ' + path + '\n';
+        const long file =
+            ::syscall(SYS_openat, AT_FDCWD, with.met.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
+        ::syscall(SYS_write, file, line.data(), line.size());
+        ::syscall(SYS_close, file);
+    }
+    errno = isFault ? with.error : before;
+    return isFault;
+}
+
+bool failsToOpen(int folder, const char *path, int flags)
+{
+    const bool writes = (flags & (O_ACCMODE | O_CREAT)) != O_RDONLY;
+    const bool makes = (flags & O_CREAT) && ::faccessat(folder, path, F_OK, 0) != 0;
+    // A full disk still lets a file be opened that is there.
+    return writes && (makes || settings().error != ENOSPC) && fails("open", pathAt(folder, path));
+}
+
+/// How many bytes of so many get to the disk; -1 for a failure.
+ssize_t allowed(int descriptor, size_t size, off64_t place)
+{
+    thread_local bool isFull = false;
+    struct stat64 file = {};
+    if (descriptor <= STDERR_FILENO || ::fstat64(descriptor, &file) != 0 || !S_ISREG(file.st_mode))
+        return static_cast<ssize_t>(size);
+    const bool replaces = place >= 0 && place + static_cast<off64_t>(size) <= file.st_size;
+    if ((replaces && settings().error == ENOSPC) || !fails("write", pathOf(descriptor)))
+        return static_cast<ssize_t>(size);
+    isFull = !isFull;
+    return settings().error == ENOSPC && isFull && size > 1 ? static_cast<ssize_t>(size / 2) : -1;
+}
+
+/// The time, but now an hour or more too late, now right, now too early, in turns of half a second.
+time_t jumped(time_t seconds)
+{
+    timespec steady = {};
+    ::syscall(SYS_clock_gettime, CLOCK_MONOTONIC, &steady);
+    const time_t turn = (steady.tv_sec * 2 + steady.tv_nsec / 500'000'000) % 3 - 1;
+    return seconds + turn * settings().jump;
+}
+
+} // namespace
+
+/// Defines a function of the C library under its own name; "real" is the library's.
+#define REPLACE(result, name, parameters, body)                                                    \
+    extern "C" result replaced_##name parameters __asm__(#name);                                   \
+    result replaced_##name parameters                                                              \
+    {                                                                                              \
+        static const auto real =                                                                   \
+            reinterpret_cast<result(*) parameters>(::dlsym(RTLD_NEXT, #name));                     \
+        body                                                                                       \
+    }
+
+// The mode is there or is not used.
+#define OPEN(name)                                                                                 \
+    REPLACE(int, name, (const char *path, int flags, mode_t mode),                                 \
+            return failsToOpen(AT_FDCWD, path, flags) ? -1 : real(path, flags, mode);)
+#define OPEN_AT(name)                                                                              \
+    REPLACE(int, name, (int folder, const char *path, int flags, mode_t mode),                     \
+            return failsToOpen(folder, path, flags) ? -1 : real(folder, path, flags, mode);)
+#define WRITE_AT(name)                                                                             \
+    REPLACE(ssize_t, name, (int file, const void *data, size_t size, off64_t place),               \
+            const ssize_t count = allowed(file, size, place);                                      \
+            return count < 0 ? -1 : real(file, data, size_t(count), place);)
+#define SYNC(name)                                                                                 \
+    REPLACE(int, name, (int file), return fails("sync", pathOf(file)) ? -1 : real(file);)
+#define TRUNCATE(name)                                                                             \
+    REPLACE(int, name, (int file, off64_t size),                                                   \
+            return fails("truncate", pathOf(file)) ? -1 : real(file, size);)
+#define ALLOCATE(name)                                                                             \
+    REPLACE(int, name, (int file, off64_t place, off64_t size),                                    \
+            return fails("write", pathOf(file)) ? errno : real(file, place, size);)
+
+OPEN(open)
+OPEN(open64)
+OPEN_AT(openat)
+OPEN_AT(openat64)
+WRITE_AT(pwrite)
+WRITE_AT(pwrite64)
+SYNC(fsync)
+SYNC(fdatasync)
+TRUNCATE(ftruncate)
+TRUNCATE(ftruncate64)
+ALLOCATE(posix_fallocate)
+ALLOCATE(posix_fallocate64)
+REPLACE(int, mkostemp, (char *path, int flags),
+        return fails("open", path) ? -1 : real(path, flags);)
+REPLACE(ssize_t, write, (int file, const void *data, size_t size),
+        const ssize_t count = allowed(file, size, -1);
+        return count < 0 ? -1 : real(file, data, size_t(count));)
+REPLACE(int, mkdir, (const char *path, mode_t mode),
+        return fails("mkdir", path) ? -1 : real(path, mode);)
+REPLACE(int, rename, (const char *from, const char *to),
+        return fails("rename", to) ? -1 : real(from, to);)
+REPLACE(int, renameat, (int folder, const char *from, int toFolder, const char *to),
+        return fails("rename", pathAt(toFolder, to)) ? -1 : real(folder, from, toFolder, to);)
+REPLACE(int, renameat2, (int folder, const char *from, int toFolder, const char *to, unsigned how),
+        return fails("rename", pathAt(toFolder, to)) ? -1 : real(folder, from, toFolder, to, how);)
+REPLACE(int, linkat, (int folder, const char *from, int toFolder, const char *to, int flags),
+        return fails("rename", pathAt(toFolder, to)) ? -1
+                                                     : real(folder, from, toFolder, to, flags);)
+REPLACE(int, clock_gettime, (clockid_t clock, timespec *time), const int answer = real(clock, time);
+        if (clock == CLOCK_REALTIME) time->tv_sec = jumped(time->tv_sec); return answer;)
+REPLACE(int, gettimeofday, (timeval * time, void *zone), const int answer = real(time, zone);
+        time->tv_sec = jumped(time->tv_sec); return answer;)
+REPLACE(time_t, time, (time_t * into), const time_t now = jumped(real(nullptr));
+        return into ? *into = now : now;)
