@@ -130,12 +130,15 @@ bool RealFileSystem::replaceFile(const QString &path, QByteArrayView content)
         uninterrupted([&] { return ::openat64(place.folder(), made.constData(), flags, 0666); }));
     if (file.isOpen()) {
         // A disk may say only at the end that it took nothing.
-        if (writeAll(file.number(), content)
-            && uninterrupted([&] { return ::fsync(file.number()); }) == 0 && file.close()
+        const bool isWritten = writeAll(file.number(), content)
+            && uninterrupted([&] { return ::fsync(file.number()); }) == 0 && file.close();
+        if (isWritten
             && ::renameat(place.folder(), made.constData(), place.folder(), place.path()) == 0)
             return true;
         const int error = errno;
         ::unlinkat(place.folder(), made.constData(), 0);
+        if (!isWritten)
+            return false;
         errno = error;
     }
     return (errno == EACCES || errno == EPERM) && writeFile(path, content);

@@ -14,7 +14,6 @@
 #include <cstdlib>
 #include <ctime>
 #include <string>
-#include <string_view>
 
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -35,7 +34,7 @@ struct Settings
 {
     int error = std::atoi(setting("SOLVANE_FAULT").c_str());
     std::string calls = setting("SOLVANE_FAULT_CALLS");
-    std::string below = setting("SOLVANE_FAULT_BELOW") + ":";
+    std::string below = ":" + setting("SOLVANE_FAULT_BELOW") + ":";
     std::string trigger = setting("SOLVANE_FAULT_WHILE");
     std::string met = setting("SOLVANE_FAULT_MET");
     time_t jump = std::atoi(setting("SOLVANE_CLOCK_JUMPS").c_str()) * 3600L;
@@ -61,13 +60,12 @@ std::string pathAt(int folder, const char *path)
     return *path == '/' ? path : pathOf(folder) + '/' + path;
 }
 
-bool isMeant(const std::string &path)
+bool isMeant(const std::string &item)
 {
-    const std::string_view all = settings().below;
-    for (size_t from = 0, to = 0; (to = all.find(':', from)) != all.npos; from = to + 1) {
-        const std::string_view folder = all.substr(from, to - from);
-        if (!folder.empty() && path.compare(0, folder.size(), folder) == 0
-            && (path.size() == folder.size() || path[folder.size()] == '/'))
+    const std::string path = item + '/';
+    const std::string &all = settings().below;
+    for (size_t slash = path.find('/', 1); slash != path.npos; slash = path.find('/', slash + 1)) {
+        if (all.find(':' + path.substr(0, slash) + ':') != all.npos)
             return true;
     }
     return false;
@@ -114,7 +112,7 @@ ssize_t allowed(int descriptor, size_t size, off64_t place)
     return settings().error == ENOSPC && isFull && size > 1 ? static_cast<ssize_t>(size / 2) : -1;
 }
 
-/// The time, but now an hour or more too late, now right, now too early, in turns of half a second.
+/// The time, but hours too late, right and hours too early, in turns of half a second.
 time_t jumped(time_t seconds)
 {
     timespec steady = {};
@@ -125,6 +123,7 @@ time_t jumped(time_t seconds)
 
 } // namespace
 
+// NOLINTBEGIN(bugprone-macro-parentheses): these are names and lists of parameters.
 /// Defines a function of the C library under its own name; "real" is the library's.
 #define REPLACE(result, name, parameters, body)                                                    \
     extern "C" result replaced_##name parameters __asm__(#name);                                   \
@@ -134,55 +133,44 @@ time_t jumped(time_t seconds)
             reinterpret_cast<result(*) parameters>(::dlsym(RTLD_NEXT, #name));                     \
         body                                                                                       \
     }
+#define FAILS_OR(failure, call) return failure ? -1 : real call;
+#define WITH_64(define, name) define(name) define(name##64)
 
 // The mode is there or is not used.
 #define OPEN(name)                                                                                 \
     REPLACE(int, name, (const char *path, int flags, mode_t mode),                                 \
-            return failsToOpen(AT_FDCWD, path, flags) ? -1 : real(path, flags, mode);)
+            FAILS_OR(failsToOpen(AT_FDCWD, path, flags), (path, flags, mode)))
 #define OPEN_AT(name)                                                                              \
     REPLACE(int, name, (int folder, const char *path, int flags, mode_t mode),                     \
-            return failsToOpen(folder, path, flags) ? -1 : real(folder, path, flags, mode);)
+            FAILS_OR(failsToOpen(folder, path, flags), (folder, path, flags, mode)))
 #define WRITE_AT(name)                                                                             \
     REPLACE(ssize_t, name, (int file, const void *data, size_t size, off64_t place),               \
             const ssize_t count = allowed(file, size, place);                                      \
-            return count < 0 ? -1 : real(file, data, size_t(count), place);)
-#define SYNC(name)                                                                                 \
-    REPLACE(int, name, (int file), return fails("sync", pathOf(file)) ? -1 : real(file);)
+            FAILS_OR(count < 0, (file, data, size_t(count), place)))
+#define SYNC(name) REPLACE(int, name, (int file), FAILS_OR(fails("sync", pathOf(file)), (file)))
 #define TRUNCATE(name)                                                                             \
     REPLACE(int, name, (int file, off64_t size),                                                   \
-            return fails("truncate", pathOf(file)) ? -1 : real(file, size);)
+            FAILS_OR(fails("truncate", pathOf(file)), (file, size)))
 #define ALLOCATE(name)                                                                             \
     REPLACE(int, name, (int file, off64_t place, off64_t size),                                    \
             return fails("write", pathOf(file)) ? errno : real(file, place, size);)
+// NOLINTEND(bugprone-macro-parentheses)
 
-OPEN(open)
-OPEN(open64)
-OPEN_AT(openat)
-OPEN_AT(openat64)
-WRITE_AT(pwrite)
-WRITE_AT(pwrite64)
+WITH_64(OPEN, open)
+WITH_64(OPEN_AT, openat)
+WITH_64(WRITE_AT, pwrite)
+WITH_64(TRUNCATE, ftruncate)
+WITH_64(ALLOCATE, posix_fallocate)
 SYNC(fsync)
 SYNC(fdatasync)
-TRUNCATE(ftruncate)
-TRUNCATE(ftruncate64)
-ALLOCATE(posix_fallocate)
-ALLOCATE(posix_fallocate64)
-REPLACE(int, mkostemp, (char *path, int flags),
-        return fails("open", path) ? -1 : real(path, flags);)
+REPLACE(int, mkostemp, (char *path, int flags), FAILS_OR(fails("open", path), (path, flags)))
 REPLACE(ssize_t, write, (int file, const void *data, size_t size),
         const ssize_t count = allowed(file, size, -1);
-        return count < 0 ? -1 : real(file, data, size_t(count));)
-REPLACE(int, mkdir, (const char *path, mode_t mode),
-        return fails("mkdir", path) ? -1 : real(path, mode);)
-REPLACE(int, rename, (const char *from, const char *to),
-        return fails("rename", to) ? -1 : real(from, to);)
-REPLACE(int, renameat, (int folder, const char *from, int toFolder, const char *to),
-        return fails("rename", pathAt(toFolder, to)) ? -1 : real(folder, from, toFolder, to);)
-REPLACE(int, renameat2, (int folder, const char *from, int toFolder, const char *to, unsigned how),
-        return fails("rename", pathAt(toFolder, to)) ? -1 : real(folder, from, toFolder, to, how);)
-REPLACE(int, linkat, (int folder, const char *from, int toFolder, const char *to, int flags),
-        return fails("rename", pathAt(toFolder, to)) ? -1
-                                                     : real(folder, from, toFolder, to, flags);)
+        FAILS_OR(count < 0, (file, data, size_t(count))))
+REPLACE(int, mkdir, (const char *path, mode_t mode), FAILS_OR(fails("mkdir", path), (path, mode)))
+REPLACE(int, rename, (const char *from, const char *to), FAILS_OR(fails("rename", to), (from, to)))
+REPLACE(int, renameat, (int folder, const char *from, int target, const char *to),
+        FAILS_OR(fails("rename", pathAt(target, to)), (folder, from, target, to)))
 REPLACE(int, clock_gettime, (clockid_t clock, timespec *time), const int answer = real(clock, time);
         if (clock == CLOCK_REALTIME) time->tv_sec = jumped(time->tv_sec); return answer;)
 REPLACE(int, gettimeofday, (timeval * time, void *zone), const int answer = real(time, zone);
