@@ -11,8 +11,8 @@
 #include <thread>
 
 /// Puts links that lead elsewhere in the place of what is being removed, from a thread of its own.
-/// Nothing elsewhere may be touched. SOLVANE_TEST_SWAPS says how many links there are to be at least,
-/// with a fourth as many removals; 100000 take minutes.
+/// Nothing elsewhere may be touched. SOLVANE_TEST_SWAPS says how many links there are to be at
+/// least, with a fourth as many removals; 100000 take minutes.
 class LinkRace
 {
 public:
