@@ -42,7 +42,7 @@ function(solvane_test name)
     cmake_parse_arguments(PARSE_ARGV 1 ARG "THREADS" "" "SOURCES;LIBS")
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE solvane_test_support ${ARG_LIBS})
-    target_compile_options(${name} PRIVATE -include ${CMAKE_SOURCE_DIR}/tests/support/QtPrinters.h)
+    target_compile_options(${name} PRIVATE -include ${CMAKE_SOURCE_DIR}/tests/support/Prelude.h)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8" TIMEOUT 300)

@@ -1,8 +1,6 @@
 #include "app/ReducedMotion.h"
 #include "platform/ui/HostLook.h"
 
-#include <gtest/gtest.h>
-
 #include <QApplication>
 #include <QDBusConnection>
 #include <QDBusContext>
@@ -10,9 +8,6 @@
 #include <QDBusVariant>
 #include <QProcess>
 #include <QStyle>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -57,23 +52,19 @@ TEST(ReducedMotion, AsksTheDesktopsPortal)
     ASSERT_TRUE(desktop.registerService(u"org.freedesktop.portal.Desktop"_s));
     HostLook::apply();
 
-    struct Case
-    {
-        const char *group, *key;
-        QVariant reduced, usual;
-    };
-    for (const Case &c :
-         {Case{"org.gnome.desktop.interface", "enable-animations", false, true},
-          Case{"org.kde.kdeglobals.KDE", "AnimationDurationFactor", u"0"_s, u"1"_s}}) {
-        SCOPED_TRACE(c.group);
-        portal.group = QString::fromLatin1(c.group);
-        portal.key = QString::fromLatin1(c.key);
-        portal.value = c.reduced;
+    const std::tuple<const char *, const char *, QVariant, QVariant> cases[] = {
+        {"org.gnome.desktop.interface", "enable-animations", false, true},
+        {"org.kde.kdeglobals.KDE", "AnimationDurationFactor", u"0"_s, u"1"_s}};
+    for (const auto &[group, key, asReduced, asUsual] : cases) {
+        SCOPED_TRACE(group);
+        portal.group = QString::fromLatin1(group);
+        portal.key = QString::fromLatin1(key);
+        portal.value = asReduced;
         const ReducedMotion motion(nullptr);
         EXPECT_FALSE(isReduced());
         EXPECT_TRUE(QTest::qWaitFor(isReduced)) << "as it is at the start";
         for (const bool reduced : {false, true, false}) {
-            portal.value = reduced ? c.reduced : c.usual;
+            portal.value = reduced ? asReduced : asUsual;
             Q_EMIT qApp->applicationStateChanged(Qt::ApplicationActive);
             EXPECT_TRUE(QTest::qWaitFor([=] { return isReduced() == reduced; })) << reduced;
         }

@@ -4,11 +4,6 @@
 #include "host/HostFixture.h"
 #include "platform/ui/ModalLoop.h"
 
-#include <QTest>
-#include <QTimer>
-
-using namespace Qt::StringLiterals;
-
 namespace {
 
 class FixedMachine : public QObject, public hardwareInfoProtocol

@@ -3,9 +3,6 @@
 #include <QAccessible>
 #include <QCheckBox>
 #include <QSlider>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

@@ -1,15 +1,7 @@
 #include "aux_windows/mndTextField.h"
 #include "support/TestServices.h"
 
-#include <gtest/gtest.h>
-
 #include <QAccessible>
-#include <QPushButton>
-#include <QTest>
-
-#include <stdexcept>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

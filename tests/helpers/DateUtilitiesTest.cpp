@@ -3,12 +3,6 @@
 #include "helpers/TimeZoneScope.h"
 #include "support/TestServices.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
-
-using namespace Qt::StringLiterals;
 using namespace Utilities;
 
 namespace {
@@ -39,13 +33,8 @@ DateComponents componentsOf(const Date &date)
 
 TEST(DateUtilities, ComponentsFollowLocaleAndZone)
 {
-    const struct
-    {
-        QString locale;
-        QByteArray zone;
-        QString date;
-        QString components; // year month day hour minute second week weekday ordinal
-    } cases[] = {
+    const std::tuple<QString, QByteArray, QString, QString> cases[] = {
+        // Year, month, day, hour, minute, second, week, weekday, its ordinal.
         // Both sides of a clock put forward, and of one put back.
         {u"de_DE"_s, "Europe/Berlin", u"2024-03-31T00:59:59Z"_s, u"2024 3 31 1 59 59 13 1 5"_s},
         {u"de_DE"_s, "Europe/Berlin", u"2024-03-31T01:00:00Z"_s, u"2024 3 31 3 0 0 13 1 5"_s},
@@ -65,44 +54,34 @@ TEST(DateUtilities, ComponentsFollowLocaleAndZone)
         {u"en_US"_s, "ABC-3", u"1969-12-31T21:00:00Z"_s, u"1970 1 1 0 0 0 1 5 1"_s},
     };
     TestServices test;
-    for (const auto &c : cases) {
-        TimeZoneScope zone(c.zone);
-        test.locale = QLocale(c.locale);
-        const Date date = at(c.date);
-        EXPECT_EQ(written(componentsOf(date)), c.components) << c.date.toStdString();
+    for (const auto &[locale, zone, text, components] : cases) {
+        TimeZoneScope scope(zone);
+        test.locale = QLocale(locale);
+        const Date date = at(text);
+        EXPECT_EQ(written(componentsOf(date)), components) << text.toStdString();
         const Date back = currentCalendar().date(componentsOf(date));
-        EXPECT_TRUE(back == date || c.date == u"2024-11-03T06:30:00Z"_s) << c.date.toStdString();
+        EXPECT_TRUE(back == date || text == u"2024-11-03T06:30:00Z"_s) << text.toStdString();
     }
 }
 
 TEST(DateUtilities, StartOfDayIsItsFirstMoment)
 {
-    const struct
-    {
-        QByteArray zone;
-        QString date;
-        QString start;
-    } cases[] = {
+    const std::tuple<QByteArray, QString, QString> cases[] = {
         {"Europe/Berlin", u"2024-03-31T20:00:00Z"_s, u"2024-03-30T23:00:00Z"_s},
         {"Europe/Berlin", u"2024-10-27T20:00:00Z"_s, u"2024-10-26T22:00:00Z"_s},
         {"America/Sao_Paulo", u"2018-11-04T12:00:00Z"_s, u"2018-11-04T03:00:00Z"_s}, // 01:00
         {"America/Havana", u"2024-11-03T12:00:00Z"_s, u"2024-11-03T04:00:00Z"_s},    // twice
     };
     TestServices test;
-    for (const auto &c : cases) {
-        TimeZoneScope zone(c.zone);
-        EXPECT_EQ(dateAtStartOfDay(at(c.date)), at(c.start)) << c.date.toStdString();
+    for (const auto &[zone, date, start] : cases) {
+        TimeZoneScope scope(zone);
+        EXPECT_EQ(dateAtStartOfDay(at(date)), at(start)) << date.toStdString();
     }
 }
 
 TEST(DateUtilities, OffsetsAreCalendarDifferences)
 {
-    const struct
-    {
-        QString from;
-        QString to;
-        QString difference;
-    } cases[] = {
+    const std::tuple<QString, QString, QString> cases[] = {
         {u"2024-03-30T12:00"_s, u"2024-03-31T12:00"_s, u"0 0 1 0 0 0 0 0 0"_s}, // 23 hours
         {u"2024-10-26T12:00"_s, u"2024-10-27T11:00"_s, u"0 0 0 24 0 0 0 0 0"_s},
         {u"2024-01-31T00:00"_s, u"2024-03-01T00:00"_s, u"0 1 1 0 0 0 0 0 0"_s},
@@ -111,9 +90,9 @@ TEST(DateUtilities, OffsetsAreCalendarDifferences)
     };
     TimeZoneScope zone("Europe/Berlin");
     TestServices test;
-    for (const auto &c : cases) {
-        EXPECT_EQ(written(componentsWithOffsetFromDate(at(c.to), at(c.from))), c.difference)
-            << c.from.toStdString();
+    for (const auto &[from, to, difference] : cases) {
+        EXPECT_EQ(written(componentsWithOffsetFromDate(at(to), at(from))), difference)
+            << from.toStdString();
     }
 }
 
@@ -123,13 +102,7 @@ TEST(DateUtilities, DaysWeeksAndYearsAroundNow)
     TestServices test;
     test.locale = QLocale(u"de_DE"_s);
     using Question = bool (*)(const Date &);
-    const struct
-    {
-        QString now;
-        Question question;
-        QString date;
-        bool answer;
-    } cases[] = {
+    const std::tuple<QString, Question, QString, bool> cases[] = {
         {u"2024-06-10T10:00"_s, isTomorrow, u"2024-06-11T23:59"_s, true},
         {u"2024-06-10T10:00"_s, isTomorrow, u"2024-06-12T00:00"_s, false},
         // A day is 86400 seconds, also across the 25 hours of this one: still the same date.
@@ -151,9 +124,9 @@ TEST(DateUtilities, DaysWeeksAndYearsAroundNow)
         {u"2024-06-10T10:00"_s, isLastYear, u"2024-06-10T10:00"_s, false},
         {u"2024-06-10T10:00"_s, isLastYear, u"2022-12-31T23:59"_s, false},
     };
-    for (const auto &c : cases) {
-        test.now = QDateTime::fromString(c.now, Qt::ISODate);
-        EXPECT_EQ(c.question(at(c.date)), c.answer) << (&c - cases);
+    for (const auto &[now, question, date, answer] : cases) {
+        test.now = QDateTime::fromString(now, Qt::ISODate);
+        EXPECT_EQ(question(at(date)), answer) << qPrintable(now + u": "_s + date);
     }
     EXPECT_TRUE(isSameYearAsDate(at(u"2024-01-01T00:00"_s), at(u"2024-12-31T23:59"_s)));
     EXPECT_FALSE(isSameYearAsDate(at(u"2023-12-31T23:59"_s), at(u"2024-01-01T00:00"_s)));
@@ -171,11 +144,7 @@ TEST(DateUtilities, ArithmeticIsFixedLengthModulo64Bits)
     const double now = 11 * 86400.0;
     const Date date(1000);
     const quint64 wrapping = (1ULL << 63) / 86400 * 2 + 1; // times 86400 it is beyond 2^64
-    const struct
-    {
-        Date made;
-        double seconds;
-    } cases[] = {
+    const std::pair<Date, double> cases[] = {
         {dateWithDaysFromNow(2), now + 2 * 86400.0},
         {dateWithDaysBeforeNow(2), now - 2 * 86400.0},
         {dateWithHoursFromNow(2), now + 7200},
@@ -195,8 +164,8 @@ TEST(DateUtilities, ArithmeticIsFixedLengthModulo64Bits)
         {dateBySubtractingDays(date, 0), 1000},
         {dateByAddingDays(Date(), 1), 0},
     };
-    for (const auto &c : cases)
-        EXPECT_EQ(c.made.secondsSinceReference(), c.seconds) << (&c - cases);
+    for (const auto &[made, seconds] : cases)
+        EXPECT_EQ(made.secondsSinceReference(), seconds);
 
     EXPECT_EQ(minutesAfterDate(Date(0), Date(90)), -1);
     EXPECT_EQ(minutesBeforeDate(Date(0), Date(90)), 1);

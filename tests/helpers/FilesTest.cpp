@@ -5,19 +5,7 @@
 #include "support/TestServices.h"
 #include "tests/platform/foundation/LinkRace.h"
 
-#include <gtest/gtest.h>
-
-#include <QDir>
-#include <QFile>
-
-#include <sys/stat.h>
-
-#include <cmath>
-#include <cstdlib>
 #include <ctime>
-#include <stdexcept>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

@@ -4,21 +4,9 @@
 #include "plugins/FakeCore.h"
 #include "support/TestServices.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
-
-using namespace Qt::StringLiterals;
-
 TEST(Formatting, NumbersAsTheLocaleWritesThem)
 {
-    const struct
-    {
-        QString locale;
-        QVariant number;
-        QString text;
-    } cases[] = {
+    const std::tuple<QString, QVariant, QString> cases[] = {
         {u"en_US"_s, std::numeric_limits<qint64>::min(), u"-9,223,372,036,854,775,808"_s},
         {u"en_US"_s, std::numeric_limits<quint64>::max(), u"18,446,744,073,709,551,615"_s},
         {u"en_US"_s, 1234.5, u"1,234.5"_s},
@@ -39,19 +27,15 @@ TEST(Formatting, NumbersAsTheLocaleWritesThem)
         {u"C"_s, 1234567, u"1,234,567"_s},
     };
     TestServices test;
-    for (const auto &c : cases) {
-        test.locale = QLocale(c.locale);
-        EXPECT_EQ(sharedHelpers().stringForNumber(c.number), c.text) << c.locale.toStdString();
+    for (const auto &[locale, number, text] : cases) {
+        test.locale = QLocale(locale);
+        EXPECT_EQ(sharedHelpers().stringForNumber(number), text) << locale.toStdString();
     }
 }
 
 TEST(Formatting, SizesChangeTheUnitAt1023InSinglePrecision)
 {
-    const struct
-    {
-        quint64 size;
-        QString text;
-    } cases[] = {
+    const std::tuple<quint64, QString> cases[] = {
         {0, u"0 bytes"_s},
         {1022, u"1022 bytes"_s},
         {1023, u"1.0 KB"_s},
@@ -63,8 +47,8 @@ TEST(Formatting, SizesChangeTheUnitAt1023InSinglePrecision)
         {5ULL << 40, u"5120.0 GB"_s},
         {~0ULL, u"17179869184.0 GB"_s},
     };
-    for (const auto &c : cases)
-        EXPECT_EQ(sharedHelpers().stringForFileSize(c.size), c.text) << c.size;
+    for (const auto &[size, text] : cases)
+        EXPECT_EQ(sharedHelpers().stringForFileSize(size), text) << size;
 }
 
 TEST(Formatting, DaysAndMinutesAgo)
@@ -72,12 +56,7 @@ TEST(Formatting, DaysAndMinutesAgo)
     TestServices test;
     const double now = double(test.now.toSecsSinceEpoch()) - Date::referenceSinceEpoch;
     const int most = std::numeric_limits<int>::max();
-    const struct
-    {
-        Date date;
-        int days;
-        int minutes;
-    } cases[] = {
+    const std::tuple<Date, int, int> cases[] = {
         {Date(now - 59), 0, 0},
         {Date(now - 119), 0, 1},
         {Date(now - 86399), 0, 1439},
@@ -88,9 +67,9 @@ TEST(Formatting, DaysAndMinutesAgo)
         {Date(1.8e19), 0, 0},
         {Date(std::nan("")), 0, 0},
     };
-    for (const auto &c : cases) {
-        EXPECT_EQ(sharedHelpers().daysAgo(c.date), c.days) << c.date.secondsSinceReference();
-        EXPECT_EQ(sharedHelpers().minsAgo(c.date), c.minutes) << c.date.secondsSinceReference();
+    for (const auto &[date, days, minutes] : cases) {
+        EXPECT_EQ(sharedHelpers().daysAgo(date), days) << date.secondsSinceReference();
+        EXPECT_EQ(sharedHelpers().minsAgo(date), minutes) << date.secondsSinceReference();
     }
 }
 
@@ -98,12 +77,7 @@ TEST(Formatting, DaysAgoInWords)
 {
     TimeZoneScope zone("Europe/Berlin");
     TestServices test;
-    const struct
-    {
-        QString now;
-        QString date; // nothing: absent
-        QString text;
-    } cases[] = {
+    const std::tuple<QString, QString, QString> cases[] = {
         {u"2024-06-10T12:00"_s, {}, u"Never"_s},
         {u"2024-06-10T12:00"_s, u"2024-06-10T00:00"_s, u"Today"_s},
         {u"2024-06-10T12:00"_s, u"2024-06-10T23:00"_s, u"Today"_s},
@@ -117,12 +91,12 @@ TEST(Formatting, DaysAgoInWords)
     for (const bool hosted : {false, true}) {
         FakeCore core;
         setApplicationDelegate(hosted ? &core : nullptr);
-        for (const auto &c : cases) {
-            test.now = QDateTime::fromString(c.now, Qt::ISODate);
-            const QDateTime time = QDateTime::fromString(c.date, Qt::ISODate);
+        for (const auto &[now, day, words] : cases) {
+            test.now = QDateTime::fromString(now, Qt::ISODate);
+            const QDateTime time = QDateTime::fromString(day, Qt::ISODate);
             const Date date(double(time.toSecsSinceEpoch()) - Date::referenceSinceEpoch);
-            const QString text = sharedHelpers().stringForDaysAgo(c.date.isNull() ? Date() : date);
-            EXPECT_EQ(text, hosted ? u'[' + c.text + u']' : c.text) << c.now.toStdString();
+            const QString text = sharedHelpers().stringForDaysAgo(day.isNull() ? Date() : date);
+            EXPECT_EQ(text, hosted ? u'[' + words + u']' : words) << now.toStdString();
         }
         const QStringList keys{u"SZ_NEVER"_s, u"SZ_N_DAYS_AGO"_s, u"SZ_ONE_DAY_AGO"_s,
                                u"SZ_TODAY"_s, u"SZ_YESTERDAY"_s};

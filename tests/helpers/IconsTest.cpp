@@ -3,10 +3,6 @@
 #include "platform/ui/TableView.h"
 #include "support/TestServices.h"
 
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
-
 TEST(Icons, OfAnApplicationLieInItsBundle)
 {
     QTemporaryDir root;

@@ -4,15 +4,6 @@
 #include "platform/foundation/RealMachine.h"
 #include "support/TestServices.h"
 
-#include <gtest/gtest.h>
-
-#include <QDir>
-#include <QFile>
-
-#include <stdexcept>
-
-using namespace Qt::StringLiterals;
-
 TEST(Identity, DigestOfTheBytesBeforeTheFirstZero)
 {
     EXPECT_EQ(stringByHashMD5(u""_s), u"D41D8CD98F00B204E9800998ECF8427E"_s);
@@ -36,12 +27,7 @@ TEST(Identity, ChecksumIsTheCommonOneExceptAtEntry12)
 
 TEST(Identity, SerialNumberAndIdentifier)
 {
-    const struct
-    {
-        std::optional<QByteArray> property;
-        QString serial;
-        QString identifier; // where not null
-    } cases[] = {
+    const std::tuple<std::optional<QByteArray>, QString, QString> cases[] = {
         {QByteArray("XYZ\0\0\0ABC", 9), u"ABCXYZ"_s,
          u"anon-672A3ABBDA6AC899601EBB5E721F2597191B5A99"_s},
         {QByteArray("XYZ\0\0\0ABC\0D", 11), u"ABCXYZ"_s, {}},
@@ -56,12 +42,12 @@ TEST(Identity, SerialNumberAndIdentifier)
     };
     TestServices test;
     sharedHelpers helpers;
-    for (const auto &c : cases) {
-        test.serialNumber = [&] { return c.property; };
-        EXPECT_EQ(helpers.serialNumber(), c.serial);
+    for (const auto &[property, serial, identifier] : cases) {
+        test.serialNumber = [&given = property] { return given; };
+        EXPECT_EQ(helpers.serialNumber(), serial);
         EXPECT_FALSE(helpers.serialNumber().isNull());
-        if (!c.identifier.isNull()) {
-            EXPECT_EQ(helpers.anonymousUUID(), c.identifier);
+        if (!identifier.isNull()) {
+            EXPECT_EQ(helpers.anonymousUUID(), identifier);
         }
     }
     test.recorder.take();

@@ -4,15 +4,7 @@
 #include "platform/foundation/Dictionary.h"
 #include "platform/foundation/StringArray.h"
 
-#include <gtest/gtest.h>
-
-#include <QDateTime>
 #include <QThread>
-
-#include <cmath>
-#include <limits>
-
-using namespace Qt::StringLiterals;
 
 TEST(Json, DecodedAndEncodedAgain)
 {
@@ -60,11 +52,7 @@ TEST(Json, EncodesValuesOfTheSystem)
     strings.strings() << u"b"_s << u"a"_s;
     dictionary.setValue(u"list"_s, QVariant::fromValue(strings));
     dictionary.setValue(u"absent"_s, QVariant::fromValue(Dictionary()));
-    const struct
-    {
-        QVariant value;
-        QString text;
-    } cases[] = {
+    const std::pair<QVariant, QString> cases[] = {
         {QVariant::fromValue(dictionary), uR"({"absent":null,"list":["b","a"]})"_s},
         {QVariantHash{{u"b"_s, 1U}, {u"a"_s, ~0ULL}}, uR"({"a":18446744073709551615,"b":1})"_s},
         {QStringList{u"a/b"_s, QString()}, uR"(["a/b",""])"_s},
@@ -80,8 +68,8 @@ TEST(Json, EncodesValuesOfTheSystem)
         {u"text"_s, {}},
         {QVariant(), {}},
     };
-    for (const auto &c : cases)
-        EXPECT_EQ(Json::encoded(c.value), c.text) << (&c - cases);
+    for (const auto &[value, text] : cases)
+        EXPECT_EQ(Json::encoded(value), text) << value.typeName();
     dictionary.setValue(u"self"_s, QVariant::fromValue(dictionary));
     EXPECT_TRUE(Json::encoded(QVariant::fromValue(dictionary)).isNull());
     dictionary.setValue(u"self"_s, {});

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QByteArray>
-
 #include <ctime>
 
 /// Local time in a zone, until the end of the scope.

@@ -2,15 +2,7 @@
 
 #include "support/TestServices.h"
 
-#include <gtest/gtest.h>
-
-#include <QDir>
-
 #include <plist/plist.h>
-
-#include <cstdlib>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -79,11 +71,7 @@ TEST_F(AppBundle, AnswersFromEveryFormOfManifest)
 
 TEST_F(AppBundle, FallsBackWhereAValueIsMissing)
 {
-    const struct
-    {
-        QByteArray manifest;
-        const char16_t *icon, *name, *executable;
-    } cases[] = {
+    const std::tuple<QByteArray, const char16_t *, const char16_t *, const char16_t *> cases[] = {
         {"{ CFBundleIconFile = \"A.ICNS\"; }", u"$/Contents/Resources/A.ICNS", u"",
          u"$/Contents/MacOS/The X"},
         {"{ CFBundleIconFile = \"A.v2\"; CFBundleExecutable = e; }",
@@ -117,10 +105,7 @@ TEST_F(AppBundle, FallsBackWhereAValueIsMissing)
 
 TEST_F(AppBundle, FindsTheApplicationAProgramLiesIn)
 {
-    const struct
-    {
-        const char *executable, *application;
-    } cases[] = {
+    const std::tuple<const char *, const char *> cases[] = {
         {"/Applications/X.app/Contents/MacOS/X", "/Applications/X.app"},
         {"/A/X.app", "/A/X.app"},
         {"/A//X.app//Y.app/", "/A/X.app"},

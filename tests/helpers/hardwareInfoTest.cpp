@@ -3,14 +3,7 @@
 #include "platform/foundation/FilePath.h"
 #include "support/TestServices.h"
 
-#include <gtest/gtest.h>
-
 #include <QStorageInfo>
-
-#include <sys/stat.h>
-#include <unistd.h>
-
-using namespace Qt::StringLiterals;
 
 TEST(HardwareInfo, AnswersWhatTheMachineTellsOrItsFallback)
 {

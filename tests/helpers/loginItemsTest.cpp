@@ -6,15 +6,7 @@
 #include "support/FullDisk.h"
 #include "support/TestServices.h"
 
-#include <gtest/gtest.h>
-
-#include <QDir>
-#include <QFile>
 #include <QProcess>
-
-#include <sys/stat.h>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -84,12 +76,7 @@ TEST_F(LoginItems, CountsWhatTheSessionStarts)
 {
     qputenv("XDG_CURRENT_DESKTOP", "ubuntu:GNOME");
     const QByteArray plain = "[Desktop Entry]\nType=Application\nExec=true %U\n";
-    const struct
-    {
-        const char *name;
-        QByteArray content;
-        bool counts;
-    } cases[] = {
+    const std::tuple<const char *, QByteArray, bool> cases[] = {
         {"plain.desktop", plain, true},
         {"other.desktop", "# c\n\n" + plain + "[Other]\nHidden=true\n", true},
         {"hidden.desktop", plain + "Hidden=true\n", false},
@@ -134,11 +121,7 @@ TEST_F(LoginItems, FindsTheProgramHoweverItIsWritten)
     ASSERT_TRUE(QFile::link(program, services.root.filePath(u"solvane-linked"_s)));
     const QByteArray search = qgetenv("PATH");
     qputenv("PATH", search + ':' + QFile::encodeName(services.root.path()));
-    const struct
-    {
-        QString command;
-        bool isOurs;
-    } cases[] = {
+    const std::tuple<QString, bool> cases[] = {
         {program, true},
         {program + u" --hidden %U"_s, true},
         {u'"' + link + u"\" %f"_s, true},

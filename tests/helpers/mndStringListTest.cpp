@@ -4,18 +4,6 @@
 #include "support/FullDisk.h"
 #include "support/TestServices.h"
 
-#include <gtest/gtest.h>
-
-#include <QDir>
-#include <QFile>
-
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <stdexcept>
-
-using namespace Qt::StringLiterals;
-
 namespace {
 
 QStringList entries(mndStringList &list)
@@ -101,11 +89,7 @@ TEST_F(StringList, IsEmptyAfterAnUnreadableFileAndUnchangedWithoutOne)
     EXPECT_FALSE(list.loadFromFile(path));
     EXPECT_FALSE(list.loadFromFile(QString()));
     EXPECT_EQ(list.count(), 2u);
-    const struct
-    {
-        const char *name;
-        std::function<void()> make;
-    } cases[] = {
+    const std::tuple<const char *, std::function<void()>> cases[] = {
         {"no UTF-8", [this] { write("a\n\xff\n"); }},
         {"cut character", [this] { write("a\xc3"); }},
         {"folder", [this] { QDir().mkdir(path); }},

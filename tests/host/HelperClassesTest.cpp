@@ -1,7 +1,5 @@
 #include "host/HostFixture.h"
 
-using namespace Qt::StringLiterals;
-
 TEST_F(Host, MakesTheHelperClassesForPlugins)
 {
     services.cpuCount = 3;

@@ -6,10 +6,6 @@
 #include "plugin_host/mndPlugins.h"
 #include "support/TestServices.h"
 
-#include <gtest/gtest.h>
-
-#include <QDir>
-#include <QFile>
 #include <QMenuBar>
 
 /// A whole host on seams: the real window from its real interface file, real bundles, a scratch

@@ -2,14 +2,7 @@
 #include "host/LocalizedLink.h"
 #include "platform/foundation/Bundle.h"
 
-#include <gtest/gtest.h>
-
-#include <QDir>
-#include <QFile>
 #include <QStringEncoder>
-#include <QTemporaryDir>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -108,13 +101,8 @@ TEST_F(Language, AKeyIsInTheChosenFileOrNowhere)
 
 TEST_F(Language, LinksGetASuffixForLanguagesWithPages)
 {
-    struct Case
-    {
-        const char *localizations;
-        QString language, link, expected;
-    };
     const QString plain = u"https://x/support"_s;
-    const Case cases[] = {
+    const std::tuple<const char *, QString, QString, QString> cases[] = {
         {"(en, de, fr)", u"de"_s, plain, u"https://x/support-de"_s},
         {"(en, de, fr)", u"de"_s, u"/support?x=1"_s, u"/support-de?x=1"_s},
         {"(en, de, fr)", u"de"_s, u"/a?b?c%@"_s, u"/a-de?b-de?c%@"_s},
@@ -128,11 +116,11 @@ TEST_F(Language, LinksGetASuffixForLanguagesWithPages)
         {"de", u"de"_s, plain, plain},
         {nullptr, u"zh-Hant"_s, plain, plain},
     };
-    for (const Case &c : cases) {
+    for (const auto &[localizations, language, link, expected] : cases) {
         write(u"Info.plist"_s,
-              c.localizations ? QByteArray("{ CFBundleLocalizations = ") + c.localizations + "; }"
-                              : QByteArray("{}"));
-        EXPECT_EQ(localizedLink(c.link, c.language, Bundle(m_folder.path())), c.expected)
-            << c.language.toStdString();
+              localizations ? QByteArray("{ CFBundleLocalizations = ") + localizations + "; }"
+                            : QByteArray("{}"));
+        EXPECT_EQ(localizedLink(link, language, Bundle(m_folder.path())), expected)
+            << language.toStdString();
     }
 }

@@ -5,13 +5,8 @@
 #include "support/FullDisk.h"
 
 #include <QSet>
-#include <QTest>
 
 #include <fcntl.h>
-#include <sys/stat.h>
-#include <thread>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -82,48 +77,37 @@ TEST_F(Log, WritesOneLineInTheUsersStyle)
 TEST_F(Log, StartsAnewAboveTheLimit)
 {
     const qint64 line = QByteArray("16/11/2026 00:45 x\n").size();
-    const struct
-    {
-        qint64 before;
-        qint64 after;
-    } rows[] = {{0, line}, {6'144'000, 6'144'000 + line}, {6'144'001, line}, {7'000'000, line}};
-    for (const auto &row : rows) {
-        fill(row.before);
+    const std::tuple<qint64, qint64> rows[] = {
+        {0, line}, {6'144'000, 6'144'000 + line}, {6'144'001, line}, {7'000'000, line}};
+    for (const auto &[before, after] : rows) {
+        fill(before);
         delegate->log(u"x"_s);
-        EXPECT_EQ(size(), row.after) << row.before;
+        EXPECT_EQ(size(), after) << before;
     }
 }
 
 TEST_F(Log, GivesUpMakingRoomAfterTwelveRemovals)
 {
-    const struct
-    {
-        const char *what;
-        bool removes;
-        bool reallyRemoves;
-        bool throws;
-        int removals;
-        int lines;
-    } rows[] = {
+    const std::tuple<const char *, bool, bool, bool, int, int> rows[] = {
         {"the new file starts with the line", true, true, false, 1, 1},
         {"the file keeps coming back", true, false, false, 12, 2},
         {"the file cannot be removed", false, false, false, 1, 2},
         {"the helpers throw", true, true, true, 1, 1},
     };
-    for (const auto &row : rows) {
+    for (const auto &[what, removes, reallyRemoves, throws, removals, lines] : rows) {
         QFile::remove(logPath());
         delegate->log(u"old"_s);
         services.recorder.take();
         LogHelpers helpers;
-        helpers.removes = row.removes;
-        helpers.reallyRemoves = row.reallyRemoves;
-        helpers.throws = row.throws;
+        helpers.removes = removes;
+        helpers.reallyRemoves = reallyRemoves;
+        helpers.throws = throws;
         delegate->sharedObjectRegister(u"SHARED.HELPERS"_s, &helpers);
         delegate->log(u"new"_s);
-        EXPECT_EQ(helpers.removals, row.removals) << row.what;
-        EXPECT_EQ(logLines().size(), row.lines) << row.what;
-        EXPECT_EQ(services.recorder.take().contains(u"syslog 16/11/2026 00:45 new\n"_s), row.throws)
-            << row.what;
+        EXPECT_EQ(helpers.removals, removals) << what;
+        EXPECT_EQ(logLines().size(), lines) << what;
+        EXPECT_EQ(services.recorder.take().contains(u"syslog 16/11/2026 00:45 new\n"_s), throws)
+            << what;
         delegate->sharedObjectRegister(u"SHARED.HELPERS"_s, nullptr);
     }
     fill(7'000'000);
@@ -167,31 +151,23 @@ TEST_F(Log, IsSwitchedByTheMenuWhichAsksBeforeItLogs)
         u"alert Solvane|Extended logging generates a lot of data and may reduce the performance of "
         "Solvane.  Please only enable this option if support has asked you to do so for "
         "troubleshooting purposes.|Cancel|Enable"_s;
-    const struct
-    {
-        const char *what;
-        bool before;
-        AlertPanel::Answer answer;
-        bool after;
-        bool keepsLines;
-        QStringList events;
-    } rows[] = {
+    const std::tuple<const char *, bool, AlertPanel::Answer, bool, bool, QStringList> rows[] = {
         {"off, without a question", true, AlertPanel::Default, false, false, {u"synchronize"_s}},
         {"cancelled", false, AlertPanel::Default, false, true, {question}},
         {"on", false, AlertPanel::Alternate, true, false, {question, u"synchronize"_s}},
     };
-    for (const auto &row : rows) {
+    for (const auto &[what, before, answer, after, keepsLines, events] : rows) {
         services.defaults[u"slvCore.elog"_s] = true;
         delegate->log(u"old"_s);
-        services.defaults[u"slvCore.elog"_s] = row.before;
-        services.alertAnswer = row.answer;
+        services.defaults[u"slvCore.elog"_s] = before;
+        services.alertAnswer = answer;
         services.recorder.take();
         item("miExtendedLoggingEnable")->trigger();
-        EXPECT_EQ(services.recorder.take(), row.events) << row.what;
-        EXPECT_EQ(delegate->extendedLoggingValue(), row.after) << row.what;
-        EXPECT_EQ(item("miExtendedLoggingEnable")->isChecked(), row.after) << row.what;
-        EXPECT_EQ(logLines().value(0), row.keepsLines ? u"16/11/2026 00:45 old"_s : QString());
-        EXPECT_EQ(QFile::exists(logPath()), row.keepsLines) << row.what;
+        EXPECT_EQ(services.recorder.take(), events) << what;
+        EXPECT_EQ(delegate->extendedLoggingValue(), after) << what;
+        EXPECT_EQ(item("miExtendedLoggingEnable")->isChecked(), after) << what;
+        EXPECT_EQ(logLines().value(0), keepsLines ? u"16/11/2026 00:45 old"_s : QString());
+        EXPECT_EQ(QFile::exists(logPath()), keepsLines) << what;
     }
     delegate->applicationWillTerminate();
     EXPECT_EQ(logLines(),

@@ -1,9 +1,6 @@
 #include "host/HostFixture.h"
 
 #include <QCloseEvent>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

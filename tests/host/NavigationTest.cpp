@@ -2,11 +2,6 @@
 #include "platform/ui/ProgressIndicator.h"
 
 #include <QAbstractEventDispatcher>
-#include <QTest>
-
-#include <thread>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

@@ -1,14 +1,5 @@
 #include "host/HostFixture.h"
 
-#include <QLabel>
-#include <QTest>
-
-#include <atomic>
-#include <stdexcept>
-#include <thread>
-
-using namespace Qt::StringLiterals;
-
 namespace {
 
 class ThrowsAtBirth : public QObject
@@ -254,15 +245,10 @@ TEST_F(Services, MakeObjectsByTheNamesOfTheirClasses)
     qRegisterMetaType<ThrowsAtBirth *>();
     qRegisterMetaType<MadeByName *>();
     start({"UsesEverything"});
-    const struct
-    {
-        QString name;
-        bool isMade;
-    } cases[] = {
-        {u"MadeByName"_s, true},     {u"WebView"_s, true},
-        {u"ThrowsAtBirth"_s, false}, {u"ClassOfABundle"_s, true},
-        {u"NoSuchClass"_s, false},   {u"QWidget"_s, false},
-        {u"mndCore"_s, false},       {{}, false},
+    const std::tuple<QString, bool> cases[] = {
+        {u"MadeByName"_s, true},     {u"WebView"_s, true},      {u"ThrowsAtBirth"_s, false},
+        {u"ClassOfABundle"_s, true}, {u"NoSuchClass"_s, false}, {u"QWidget"_s, false},
+        {u"mndCore"_s, false},       {QString(), false},
     };
     for (const auto &[name, isMade] : cases)
         EXPECT_EQ(delegate->newFactoryInstance(name) != nullptr, isMade) << qPrintable(name);

@@ -1,11 +1,5 @@
 #include "host/HostFixture.h"
 
-#include <QCoreApplication>
-#include <QEvent>
-#include <QLabel>
-
-using namespace Qt::StringLiterals;
-
 namespace {
 
 /// Notes when the watched view is shown and hidden.
@@ -137,23 +131,19 @@ TEST_F(Host, LocalisesItsMenusAndKeepsDesignedTitlesOtherwise)
 
 TEST_F(Host, EndsWithAFatalAlertWhenThereAreNoTexts)
 {
-    struct Case
-    {
-        const char *english; ///< content of en.strings; null for no file
-        const char *title;
-    };
-    for (const Case &c : {Case{nullptr, "Fatal error (1)"},
-                          {"( a, list )", "Fatal error (2)"},
-                          {"{ broken", "Fatal error (2)"}}) {
-        SCOPED_TRACE(c.title);
+    const std::tuple<const char *, const char *> cases[] = {{nullptr, "Fatal error (1)"},
+                                                            {"( a, list )", "Fatal error (2)"},
+                                                            {"{ broken", "Fatal error (2)"}};
+    for (const auto &[english, title] : cases) {
+        SCOPED_TRACE(title);
         QFile::remove(services.resources() + u"/en.strings"_s);
-        if (c.english)
-            services.addResource(u"en.strings"_s, c.english);
+        if (english)
+            services.addResource(u"en.strings"_s, english);
         delegate->applicationDidFinishLaunching();
         const QStringList events = services.recorder.take();
         ASSERT_GE(events.size(), 2);
         EXPECT_EQ(events[events.size() - 2],
-                  QLatin1StringView(c.title).toString().prepend(u"alert "_s)
+                  QLatin1StringView(title).toString().prepend(u"alert "_s)
                       + u"|Unable to load language file.  Please re-install Solvane and if the "
                         "problem persists visit https://www.solvane.example/support|OK|"_s);
         EXPECT_EQ(events.last(), u"exit 0"_s);

@@ -5,10 +5,6 @@
 #include "plugin_host/HostTouchBar.h"
 #include "tests/support/TestMain.h"
 
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-
 namespace {
 
 /// Hears of taps.
@@ -82,19 +78,16 @@ TEST_F(WithTouchBar, TapsLeadToPluginsByTheirPlaceInTheWholeList)
                      u"com.solvane.system.touchbar.segmented"_s, TouchBar::otherItemsProxy()}));
     ASSERT_EQ(strip()->itemViews().size(), 2);
     ASSERT_EQ(control(1)->segmentCount(), 4);
-    struct Case
-    {
-        int segment;
-        const char *name;
-        const char *shown;
-    };
-    for (const Case &c :
-         {Case{1, "FirstOne", "plugin.fixture.FirstOne"}, Case{0, "Status", "plugin.status"},
-          // The network plugin is missing, so that this one's button leads there.
-          Case{2, "Good", "plugin.status"}, Case{3, "Hidden", "plugin.fixture.Good"}}) {
-        EXPECT_EQ(control(1)->segment(c.segment)->accessibleName(), QLatin1String(c.name));
-        tap(1, c.segment);
-        EXPECT_EQ(shownView(), QLatin1String(c.shown)) << c.name;
+    const std::tuple<int, const char *, const char *> cases[] = {
+        {1, "FirstOne", "plugin.fixture.FirstOne"},
+        {0, "Status", "plugin.status"},
+        // The network plugin is missing, so that this one's button leads there.
+        {2, "Good", "plugin.status"},
+        {3, "Hidden", "plugin.fixture.Good"}};
+    for (const auto &[segment, name, shown] : cases) {
+        EXPECT_EQ(control(1)->segment(segment)->accessibleName(), QLatin1String(name));
+        tap(1, segment);
+        EXPECT_EQ(shownView(), QLatin1String(shown)) << name;
     }
     delegate->tbPressed(nullptr);
     EXPECT_EQ(shownView(), u"plugin.fixture.Good"_s);

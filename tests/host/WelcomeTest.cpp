@@ -5,12 +5,6 @@
 
 #include <QScopedValueRollback>
 #include <QTabWidget>
-#include <QTest>
-#include <QTimer>
-
-#include <thread>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

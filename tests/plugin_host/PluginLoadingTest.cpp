@@ -2,16 +2,6 @@
 #include "plugin_host/SidebarTree.h"
 #include "support/TestServices.h"
 
-#include <gtest/gtest.h>
-
-#include <QDir>
-#include <QFile>
-#include <QWidget>
-
-#include <stdexcept>
-
-using namespace Qt::StringLiterals;
-
 namespace {
 
 class Reports : public PluginLoadObserver
@@ -118,13 +108,7 @@ TEST_F(PluginLoading, HoldsOutAmongTenThousandEntries)
 
 TEST_F(PluginLoading, RefusesBrokenBundlesWithAReason)
 {
-    struct Case
-    {
-        const char *fixture;
-        bool result; ///< a bundle that is no plugin at all counts as handled
-        const char *reason;
-    };
-    const Case cases[] = {
+    const std::tuple<const char *, bool, const char *> cases[] = {
         {"ReturnsNil", false, "returned nothing"},
         {"ThrowsInConstructor", false, "constructor of the fixture"},
         {"ThrowsInInitialize", false, "pluginInitialize: of the fixture"},
@@ -132,25 +116,20 @@ TEST_F(PluginLoading, RefusesBrokenBundlesWithAReason)
         {"OtherApi", true, "host API 5"},
         {"UnresolvedSymbol", true, "solvane_fixture_symbol_that_nobody_has"},
     };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.fixture);
-        const QString name = QString::fromLatin1(c.fixture);
+    // The result: a bundle that is no plugin at all counts as handled.
+    for (const auto &[fixture, result, reason] : cases) {
+        SCOPED_TRACE(fixture);
+        const QString name = QString::fromLatin1(fixture);
         services.addFixture(name, services.resources());
-        EXPECT_EQ(plugins.loadPluginFromPath(own(name + u".bundle"_s)), c.result);
+        EXPECT_EQ(plugins.loadPluginFromPath(own(name + u".bundle"_s)), result);
         EXPECT_EQ(plugins.count(), 0U);
         const QString problems = reports.all.last().problems.join(u'\n');
-        EXPECT_TRUE(problems.contains(QLatin1StringView(c.reason))) << qPrintable(problems);
+        EXPECT_TRUE(problems.contains(QLatin1StringView(reason))) << qPrintable(problems);
     }
 }
 
 TEST_F(PluginLoading, RefusesDamagedBundlesWithAReason)
 {
-    struct Case
-    {
-        const char *damage;
-        std::function<void(const QString &contents)> apply;
-        const char *reason;
-    };
     const auto write = [](const QString &path, const QByteArray &content) {
         QFile file(path);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -158,30 +137,33 @@ TEST_F(PluginLoading, RefusesDamagedBundlesWithAReason)
     };
     const QString module = u"/MacOS/Good.so"_s;
     const QString info = u"/Info.plist"_s;
-    const Case cases[] = {
-        {"empty folder", [](const QString &c) { QDir(c).removeRecursively(); }, "Info.plist"},
-        {"no Info.plist", [&](const QString &c) { QFile::remove(c + info); }, "Info.plist"},
-        {"garbage Info.plist",
-         [&](const QString &c) { write(c + info, QByteArray("\x00\xff<plist", 8)); }, "Info.plist"},
-        {"no executable named", [&](const QString &c) { write(c + info, "{ a = b; }"); },
-         "CFBundleExecutable"},
-        {"executable outside",
-         [&](const QString &c) { write(c + info, "{ CFBundleExecutable = \"../x.so\"; }"); },
-         "CFBundleExecutable"},
-        {"module missing", [&](const QString &c) { QFile::remove(c + module); }, "no module"},
-        {"module empty", [&](const QString &c) { write(c + module, {}); }, "not a plugin module"},
-        {"module cut off", [&](const QString &c) { QFile(c + module).resize(2000); },
-         "not a plugin module"},
-    };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.damage);
-        const QString folder = own(QString::fromLatin1(c.damage));
+    const std::tuple<const char *, std::function<void(const QString &contents)>, const char *>
+        cases[] = {
+            {"empty folder", [](const QString &c) { QDir(c).removeRecursively(); }, "Info.plist"},
+            {"no Info.plist", [&](const QString &c) { QFile::remove(c + info); }, "Info.plist"},
+            {"garbage Info.plist",
+             [&](const QString &c) { write(c + info, QByteArray("\x00\xff<plist", 8)); },
+             "Info.plist"},
+            {"no executable named", [&](const QString &c) { write(c + info, "{ a = b; }"); },
+             "CFBundleExecutable"},
+            {"executable outside",
+             [&](const QString &c) { write(c + info, "{ CFBundleExecutable = \"../x.so\"; }"); },
+             "CFBundleExecutable"},
+            {"module missing", [&](const QString &c) { QFile::remove(c + module); }, "no module"},
+            {"module empty", [&](const QString &c) { write(c + module, {}); },
+             "not a plugin module"},
+            {"module cut off", [&](const QString &c) { QFile(c + module).resize(2000); },
+             "not a plugin module"},
+        };
+    for (const auto &[damage, apply, reason] : cases) {
+        SCOPED_TRACE(damage);
+        const QString folder = own(QString::fromLatin1(damage));
         services.addFixture(u"Good"_s, folder);
-        c.apply(folder + u"/Good.bundle/Contents"_s);
+        apply(folder + u"/Good.bundle/Contents"_s);
         EXPECT_TRUE(plugins.loadPluginFromPath(folder + u"/Good.bundle"_s));
         EXPECT_EQ(plugins.count(), 0U);
         const QString problems = reports.all.last().problems.join(u'\n');
-        EXPECT_TRUE(problems.contains(QLatin1StringView(c.reason))) << qPrintable(problems);
+        EXPECT_TRUE(problems.contains(QLatin1StringView(reason))) << qPrintable(problems);
     }
     EXPECT_FALSE(plugins.loadPluginFromPath(own(u"nothing.bundle"_s)));
     EXPECT_FALSE(plugins.loadPluginFromPath({}));

@@ -2,15 +2,7 @@
 #include "plugin_host/mndPlugins.h"
 #include "support/TestServices.h"
 
-#include <gtest/gtest.h>
-
-#include <QDir>
-#include <QFile>
-
 #include <sys/wait.h>
-#include <unistd.h>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -125,20 +117,17 @@ TEST_F(Quarantine, LeavesOutWhatTheUserNames)
 {
     const QStringList good{u"Good"_s};
     const QStringList hidden{u"Hidden"_s};
-    struct Case
-    {
-        PluginQuarantine::Options options;
-        QStringList left;
-    };
-    for (const Case &c : {Case{{true, {}}, good},
-                          {{false, {u"plugin.fixture.Good"_s}}, hidden},
-                          {{false, {u"Good"_s}}, hidden},
-                          {{false, {u"Hidden.bundle/"_s, u"nobody"_s}}, good},
-                          {{true, {u"Good.bundle"_s}}, {}},
-                          {{false, {u""_s, u"good"_s}}, good + hidden}}) {
-        SCOPED_TRACE(c.options.leftOut.join(u' ').toStdString());
-        PluginQuarantine quarantine(c.options);
-        EXPECT_EQ(loaded(quarantine), c.left);
+    const std::tuple<PluginQuarantine::Options, QStringList> cases[] = {
+        {{true, {}}, good},
+        {{false, {u"plugin.fixture.Good"_s}}, hidden},
+        {{false, {u"Good"_s}}, hidden},
+        {{false, {u"Hidden.bundle/"_s, u"nobody"_s}}, good},
+        {{true, {u"Good.bundle"_s}}, {}},
+        {{false, {u""_s, u"good"_s}}, good + hidden}};
+    for (const auto &[options, left] : cases) {
+        SCOPED_TRACE(options.leftOut.join(u' ').toStdString());
+        PluginQuarantine quarantine(options);
+        EXPECT_EQ(loaded(quarantine), left);
     }
 }
 

@@ -1,16 +1,10 @@
 #include "plugin_host/mndPlugins.h"
 #include "support/TestServices.h"
 
-#include <gtest/gtest.h>
-
 #include <QCheckBox>
-#include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QTabWidget>
 #include <QVBoxLayout>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

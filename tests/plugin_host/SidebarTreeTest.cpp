@@ -1,9 +1,5 @@
 #include "plugin_host/SidebarTree.h"
 
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
-
 TEST(SourceListItem, CountsEveryBadgeButMinusOne)
 {
     SourceListItem item;

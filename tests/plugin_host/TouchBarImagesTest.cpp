@@ -1,10 +1,6 @@
 #include "plugin_host/TouchBarImages.h"
 #include "support/TestServices.h"
 
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
-
 namespace {
 
 /// Left half red, a quarter half-transparent blue, a quarter empty; two pixels to a point.

@@ -1,13 +1,8 @@
 #include "plugins/common/BackgroundJobs.h"
 
-#include <gtest/gtest.h>
-
-#include <QTest>
 #include <QThread>
 
 #include <future>
-
-using namespace Qt::StringLiterals;
 
 TEST(BackgroundJobs, DeliverOnTheMainThread)
 {

@@ -1,29 +1,18 @@
 #include "FakeCore.h"
 
-#include <gtest/gtest.h>
-
-#include <QFileInfo>
 #include <QPluginLoader>
-#include <QWidget>
-
-using namespace Qt::StringLiterals;
 
 /// The bundles as they were built, in a program that has nothing of the host.
 TEST(Bundles, GiveTheHostWhatItNeeds)
 {
-    struct Case
-    {
-        const char *bundle, *id, *name, *parent;
-        bool first, icons;
-    };
-    const Case cases[] = {
+    const std::tuple<const char *, const char *, const char *, const char *, bool, bool> cases[] = {
         {BUNDLES "/Status.bundle", "plugin.status", "[Status]", "[System]", true, true},
         {BUNDLES "/Support.bundle", "plugin.support", "[Support]", "[Online]", false, true},
         {SAMPLES "/SampleEcho.bundle", "plugin.sample-echo", "[Echo]", "[System]", false, false},
     };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.bundle);
-        const QString bundle = QString::fromUtf8(c.bundle);
+    for (const auto &[path, id, name, parent, first, icons] : cases) {
+        SCOPED_TRACE(path);
+        const QString bundle = QString::fromUtf8(path);
         QPluginLoader loader(bundle + u"/Contents/MacOS/"_s + QFileInfo(bundle).baseName()
                              + u".so"_s);
         EXPECT_EQ(loader.metaData()[u"IID"_s].toString(), QLatin1StringView(mndPlugin_iid));
@@ -38,15 +27,15 @@ TEST(Bundles, GiveTheHostWhatItNeeds)
         parameters.setValue(u"bundle"_s, bundle);
         parameters.setValue(u"core"_s, QVariant::fromValue<QObject *>(&core));
         const Dictionary info = plugin->pluginInitialize(parameters);
-        EXPECT_EQ(info.string(u"id"_s).toStdString(), c.id);
-        EXPECT_EQ(info.string(u"name"_s).toStdString(), c.name);
-        EXPECT_EQ(info.string(u"parent"_s).toStdString(), c.parent);
-        EXPECT_EQ(info.contains(u"first"_s), c.first);
+        EXPECT_EQ(info.string(u"id"_s).toStdString(), id);
+        EXPECT_EQ(info.string(u"name"_s).toStdString(), name);
+        EXPECT_EQ(info.string(u"parent"_s).toStdString(), parent);
+        EXPECT_EQ(info.contains(u"first"_s), first);
         const auto icon = info.value<QImage>(u"icon"_s);
         const auto selected = info.value<QImage>(u"icon-selected"_s);
-        EXPECT_EQ(icon.deviceIndependentSize(), c.icons ? QSizeF(16, 16) : QSizeF(0, 0));
+        EXPECT_EQ(icon.deviceIndependentSize(), icons ? QSizeF(16, 16) : QSizeF(0, 0));
         EXPECT_EQ(selected.size(), icon.size());
-        EXPECT_EQ(icon == selected, !c.icons) << "a selected row needs a lighter picture";
+        EXPECT_EQ(icon == selected, !icons) << "a selected row needs a lighter picture";
 
         QWidget content;
         content.resize(700, 500);

@@ -1,30 +1,23 @@
 #include "FakeCore.h"
 #include "plugins/status/SystemFacts.h"
 
-#include <gtest/gtest.h>
-
 TEST(SystemFacts, ReadsWhatTheMachineTells)
 {
-    struct Case
-    {
-        const char *machine, *hostName, *kernel, *processor;
-        int cores, threads;
-    };
-    const Case cases[] = {
+    const std::tuple<const char *, const char *, const char *, const char *, int, int> cases[] = {
         {"laptop", "anna-laptop", "Linux 6.1.0-18-amd64",
          "11th Gen Intel(R) Core(TM) i5-1135G7 @ 2.40GHz", 2, 4},
         {"board", "", "", "", 2, 2},
         {"missing", "", "", "", 0, 0},
     };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.machine);
+    for (const auto &[machine, hostName, kernel, processor, cores, threads] : cases) {
+        SCOPED_TRACE(machine);
         const SystemFacts facts =
-            readSystemFacts(QStringLiteral(FIXTURES "/") + QString::fromUtf8(c.machine), {});
-        EXPECT_EQ(facts.hostName.toStdString(), c.hostName);
-        EXPECT_EQ(facts.kernel.toStdString(), c.kernel);
-        EXPECT_EQ(facts.processor.toStdString(), c.processor);
-        EXPECT_EQ(facts.cores, c.cores);
-        EXPECT_EQ(facts.threads, c.threads);
+            readSystemFacts(QStringLiteral(FIXTURES "/") + QString::fromUtf8(machine), {});
+        EXPECT_EQ(facts.hostName.toStdString(), hostName);
+        EXPECT_EQ(facts.kernel.toStdString(), kernel);
+        EXPECT_EQ(facts.processor.toStdString(), processor);
+        EXPECT_EQ(facts.cores, cores);
+        EXPECT_EQ(facts.threads, threads);
     }
 }
 

@@ -3,7 +3,6 @@
 #include "SolvanePlugin.h"
 
 #include <QMap>
-#include <QObject>
 
 /// A machine with four processors.
 class FakeHardware : public QObject, public hardwareInfoProtocol

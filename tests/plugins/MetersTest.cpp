@@ -5,20 +5,11 @@
 #include "plugins/status/Sizes.h"
 #include "plugins/status/Uptime.h"
 
-#include <gtest/gtest.h>
-
 #include <QProcess>
-
-using namespace Qt::StringLiterals;
 
 TEST(LoadMeter, CountsNeitherIdleNorWaitingNorGuestTimeTwice)
 {
-    struct Case
-    {
-        const char *earlier, *later;
-        double load; ///< -1: none
-    };
-    const Case cases[] = {
+    const std::tuple<const char *, const char *, double> cases[] = {
         {"cpu 0 0 0 0 0 0 0 0 0 0", "cpu 10 10 10 50 10 5 3 2 10 10\ncpu0 9", 0.4},
         {"cpu 5 0 0 5", "cpu 6 0 0 5", 1.0},
         {"cpu 5 0 0 5", "cpu 5 0 0 6", 0.0},
@@ -30,23 +21,17 @@ TEST(LoadMeter, CountsNeitherIdleNorWaitingNorGuestTimeTwice)
         {"cpu 5 0 0 5", "cpu0 9 0 0 9", -1},     // no line for all processors
         {"cpu 5 0 0 5", "cpu 9 0 0", -1},        // cut off
     };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.later);
-        const auto earlier = parseProcessorTimes(c.earlier);
-        const auto later = parseProcessorTimes(c.later);
+    for (const auto &[before, after, expected] : cases) {
+        const auto earlier = parseProcessorTimes(before);
+        const auto later = parseProcessorTimes(after);
         const auto load = earlier && later ? loadBetween(*earlier, *later) : std::nullopt;
-        EXPECT_DOUBLE_EQ(load.value_or(-1), c.load);
+        EXPECT_DOUBLE_EQ(load.value_or(-1), expected) << after; // -1: none
     }
 }
 
 TEST(MemoryMeter, CountsAsFreeDoes)
 {
-    struct Case
-    {
-        const char *meminfo;
-        quint64 total, used; ///< kilobytes; total 0: nothing
-    };
-    const Case cases[] = {
+    const std::tuple<const char *, quint64, quint64> cases[] = {
         {"MemTotal: 1000 kB\nMemFree: 100 kB\nMemAvailable:   600 kB\n", 1000, 400},
         {"MemTotal: 1000 kB\nMemFree: 100 kB\nBuffers: 50 kB\n", 1000, 900},
         {"MemTotal: 1000 kB\nMemFree: 100 kB\nMemAvailable: 5000 kB\n", 1000, 900},
@@ -55,11 +40,11 @@ TEST(MemoryMeter, CountsAsFreeDoes)
         {"MemTotal: 0 kB\n", 0, 0},
         {"", 0, 0},
     };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.meminfo);
-        const auto memory = parseMemory(c.meminfo).value_or(MemoryReading{});
-        EXPECT_EQ(memory.total, c.total * 1024);
-        EXPECT_EQ(memory.used, c.used * 1024);
+    for (const auto &[meminfo, total, used] : cases) {
+        SCOPED_TRACE(meminfo);
+        const auto memory = parseMemory(meminfo).value_or(MemoryReading{});
+        EXPECT_EQ(memory.total, total * 1024);
+        EXPECT_EQ(memory.used, used * 1024);
     }
 }
 
@@ -112,16 +97,11 @@ TEST(Sizes, ReadLikePeopleWriteThem)
 
 TEST(Texts, FillOncePlaceByPlace)
 {
-    struct Case
-    {
-        const char *text, *filled;
-    };
-    const Case cases[] = {
+    const std::tuple<const char *, const char *> cases[] = {
         {"%1 of %2", "%2 of b"},      {"%2, %1", "b, %2"}, {"%1%", "%2%"},
         {"%3 %9 %0 %", "%3 %9 %0 %"}, {"100%", "100%"},    {"", ""},
         {"%x%%1", "%x%%2"},
     };
-    for (const Case &c : cases)
-        EXPECT_EQ(Texts::fill(QString::fromUtf8(c.text), {u"%2"_s, u"b"_s}).toStdString(),
-                  c.filled);
+    for (const auto &[text, filled] : cases)
+        EXPECT_EQ(Texts::fill(QString::fromUtf8(text), {u"%2"_s, u"b"_s}).toStdString(), filled);
 }

@@ -3,14 +3,8 @@
 #include "plugins/status/HistoryChart.h"
 #include "plugins/status/VolumeList.h"
 
-#include <gtest/gtest.h>
-
-#include <QLabel>
 #include <QRegularExpression>
 #include <QSignalSpy>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -49,26 +43,21 @@ TEST(StatusView, ReadsOnlyWhileItCanBeSeen)
     EXPECT_TRUE(monitor.isRunning());
     ASSERT_TRUE(QTest::qWaitFor([&] { return readings.count() >= 2; }));
 
-    struct Change
-    {
-        const char *name;
-        std::function<void()> away, back;
-    };
-    const Change changes[] = {
+    const std::tuple<const char *, std::function<void()>, std::function<void()>> changes[] = {
         {"another page", [&] { view.setShownByHost(false); }, [&] { view.setShownByHost(true); }},
         {"closed window", [&] { window.close(); }, [&] { window.show(); }},
         {"minimised window", [&] { window.showMinimized(); }, [&] { window.showNormal(); }},
     };
-    for (const Change &change : changes) {
-        SCOPED_TRACE(change.name);
-        change.away();
+    for (const auto &[name, away, back] : changes) {
+        SCOPED_TRACE(name);
+        away();
         QCoreApplication::processEvents();
         EXPECT_FALSE(monitor.isRunning());
         EXPECT_EQ(runningTimers(window) + runningTimers(monitor), 0);
         readings.clear();
         QTest::qWait(600); // a started monitor reads twice in that time
         EXPECT_EQ(readings.count(), 0);
-        change.back();
+        back();
         EXPECT_TRUE(QTest::qWaitFor([&] { return readings.count() >= 1; }));
     }
     view.setParent(nullptr);

@@ -4,23 +4,14 @@
 #include "plugins/support/SupportView.h"
 #include "support/TestServices.h"
 
-#include <gtest/gtest.h>
-
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QDesktopServices>
-#include <QDir>
 #include <QGuiApplication>
-#include <QLabel>
-#include <QPushButton>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QUrl>
 
 #include <plist/plist.h>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

@@ -1,11 +1,7 @@
 #include "plugins/status/Volumes.h"
 #include "plugins/status/ReadFile.h"
 
-#include <gtest/gtest.h>
-
 #include <QProcess>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -36,19 +32,14 @@ TEST(Volumes, AreTheRealOnesOnceEach)
 
 TEST(Volumes, RoundTheirShareUp)
 {
-    struct Case
-    {
-        VolumeUsage usage;
-        int percent;
-    };
     constexpr quint64 huge = quint64(1) << 62;
-    const Case cases[] = {
+    const std::tuple<VolumeUsage, int> cases[] = {
         {{100, 0, 100}, 0},   {{100, 1, 99}, 1}, {{1000, 1, 999}, 1},
         {{100, 50, 30}, 63}, // what is reserved counts as neither
         {{100, 100, 0}, 100}, {{100, 0, 0}, 0},  {{huge, huge / 2, huge / 2}, 50},
     };
-    for (const Case &c : cases)
-        EXPECT_EQ(c.usage.percent(), c.percent) << c.usage.used << '/' << c.usage.available;
+    for (const auto &[usage, percent] : cases)
+        EXPECT_EQ(usage.percent(), percent) << usage.used << '/' << usage.available;
 }
 
 TEST(Volumes, AgreeWithDfOnThisMachine)

@@ -2,8 +2,6 @@
 
 #include "sourcelist/SourceListGeometry.h"
 
-#include <gtest/gtest.h>
-
 #include <QApplication>
 #include <QPainter>
 
@@ -102,36 +100,32 @@ TEST_P(SourceListDrawing, BadgesHaveTheirColours)
     elsewhere.setFocusPolicy(Qt::StrongFocus);
     elsewhere.show();
     tree.item(u"a"_s)->badge = 88888;
-    struct Case
-    {
-        const char *title;
-        bool isSelected, isVisible, hasKeyboard;
-        QColor wantedFill, wantedText, fill, text;
-    };
     const QColor usual(152, 168, 202), own(1, 2, 3), ownText(4, 5, 6);
-    for (const Case &c : {
-             Case{"selected, hidden", true, false, true, own, ownText, Qt::white, {170, 170, 170}},
-             {"selected, keyboard here", true, true, true, own, ownText, Qt::white, accent},
-             {"selected, elsewhere", true, true, false, own, ownText, Qt::white, {153, 169, 203}},
-             {"not selected", false, true, true, {}, {}, usual, Qt::white},
-             {"with colours of its own", false, true, true, own, ownText, own, ownText},
-             {"with its own text alone", false, true, true, {}, ownText, usual, ownText},
-             {"not selected, hidden", false, false, true, own, ownText, {180, 180, 180}, Qt::white},
-         }) {
-        SCOPED_TRACE(c.title);
-        tree.fill = c.wantedFill;
-        tree.text = c.wantedText;
-        list.selectRowIndexes({c.isSelected ? 1 : 2}, false);
-        (c.hasKeyboard ? &list : &elsewhere)->setFocus();
-        window.setVisible(c.isVisible);
+    const std::tuple<const char *, bool, bool, bool, QColor, QColor, QColor, QColor> cases[] = {
+        {"selected, hidden", true, false, true, own, ownText, Qt::white, {170, 170, 170}},
+        {"selected, keyboard here", true, true, true, own, ownText, Qt::white, accent},
+        {"selected, elsewhere", true, true, false, own, ownText, Qt::white, {153, 169, 203}},
+        {"not selected", false, true, true, {}, {}, usual, Qt::white},
+        {"with colours of its own", false, true, true, own, ownText, own, ownText},
+        {"with its own text alone", false, true, true, {}, ownText, usual, ownText},
+        {"not selected, hidden", false, false, true, own, ownText, {180, 180, 180}, Qt::white},
+    };
+    for (const auto &[title, isSelected, isVisible, hasKeyboard, wantedFill, wantedText, fill,
+                      text] : cases) {
+        SCOPED_TRACE(title);
+        tree.fill = wantedFill;
+        tree.text = wantedText;
+        list.selectRowIndexes({isSelected ? 1 : 2}, false);
+        (hasKeyboard ? &list : &elsewhere)->setFocus();
+        window.setVisible(isVisible);
         const QImage image = drawn();
         const QRectF badge = badgeOf(1);
-        EXPECT_EQ(at(image, {badge.left() + 5, badge.center().y()}), c.fill);
-        EXPECT_FALSE(extent(image, 1, c.text).isEmpty());
+        EXPECT_EQ(at(image, {badge.left() + 5, badge.center().y()}), fill);
+        EXPECT_FALSE(extent(image, 1, text).isEmpty());
         // Round ends leave the corners to the row.
-        EXPECT_NE(at(image, badge.topLeft() + QPointF(1, 1)), c.fill);
-        const QRectF filled = extent(image, 1, c.fill);
-        if (c.fill != QColor(Qt::white)) { // as the title of a selected row is
+        EXPECT_NE(at(image, badge.topLeft() + QPointF(1, 1)), fill);
+        const QRectF filled = extent(image, 1, fill);
+        if (fill != QColor(Qt::white)) { // as the title of a selected row is
             EXPECT_NEAR(filled.left(), badge.left(), 1.5);
             EXPECT_NEAR(filled.height(), 17, 0.6) << "no edge between two pixels";
         }

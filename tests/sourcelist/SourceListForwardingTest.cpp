@@ -1,7 +1,5 @@
 #include "tests/sourcelist/SourceListTree.h"
 
-#include <gtest/gtest.h>
-
 #include <QUrl>
 
 namespace {

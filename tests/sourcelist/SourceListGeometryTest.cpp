@@ -2,8 +2,6 @@
 
 #include "sourcelist/SourceListGeometry.h"
 
-#include <gtest/gtest.h>
-
 #include <QFontMetricsF>
 
 using namespace SourceListGeometry;
@@ -12,13 +10,7 @@ TEST(SourceListGeometry, PlacesTexts)
 {
     const QRectF rect(0, 56, 200, 28);
     const QRectF base(14, 56, 186, 28);
-    struct Case
-    {
-        const char *title;
-        Row row;
-        QRectF frame;
-    };
-    const Case cases[] = {
+    const std::tuple<const char *, Row, QRectF> cases[] = {
         {"entry", {rect, base, 1, 10, false, false, {16, 16}, 0, 18}, {28, 61, 162, 18}},
         {"entry with icon", {rect, base, 1, 10, false, true, {16, 16}, 0, 18}, {50, 61, 140, 18}},
         {"entry with badge",
@@ -27,8 +19,8 @@ TEST(SourceListGeometry, PlacesTexts)
         {"heading", {rect, base, 0, 10, false, true, {16, 16}, 22, 14}, {14, 63, 186, 14}},
         {"open heading", {rect, base, 0, 10, true, true, {16, 16}, 22, 14}, {7, 63, 193, 14}},
     };
-    for (const Case &c : cases)
-        EXPECT_EQ(textCellFrame(c.row), c.frame) << c.title;
+    for (const auto &[title, row, frame] : cases)
+        EXPECT_EQ(textCellFrame(row), frame) << title;
 }
 
 TEST(SourceListGeometry, PlacesIconsBadgesAndTriangles)

@@ -1,13 +1,5 @@
 #include "platform/foundation/Bundle.h"
 
-#include <gtest/gtest.h>
-
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-
-using namespace Qt::StringLiterals;
-
 namespace {
 
 class BundleTest : public testing::Test

@@ -2,10 +2,8 @@
 #include "tests/platform/foundation/FileTree.h"
 
 #include <filesystem>
-#include <stdexcept>
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <thread>
 
 namespace {
 
@@ -46,11 +44,7 @@ size_t openDescriptors()
 
 TEST(FilePath, KeepsEveryName)
 {
-    const struct
-    {
-        QByteArray name;
-        std::u16string text;
-    } cases[] = {
+    const std::tuple<QByteArray, std::u16string> cases[] = {
         {"plain", u"plain"},
         {"\xef\xbb\xbf"
          "bom",
@@ -65,11 +59,11 @@ TEST(FilePath, KeepsEveryName)
         {"\xe2\x82", {0xdce2, 0xdc82}},
         {"\xe2\x82\xc3\xa9", {0xdce2, 0xdc82, 0xe9}},
     };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.name.toHex().toStdString());
-        EXPECT_EQ(FilePath::decode(c.name),
-                  QStringView(c.text.data(), static_cast<qsizetype>(c.text.size())));
-        EXPECT_EQ(FilePath::encode(FilePath::decode(c.name)), c.name);
+    for (const auto &[name, text] : cases) {
+        SCOPED_TRACE(name.toHex().toStdString());
+        EXPECT_EQ(FilePath::decode(name),
+                  QStringView(text.data(), static_cast<qsizetype>(text.size())));
+        EXPECT_EQ(FilePath::encode(FilePath::decode(name)), name);
     }
     const char16_t none[][3] = {
         {u'a', 0, u'b'}, {u'a', 0xd800, u'b'}, {0xdc00, u'a', u'b'}, {u'a', u'b', 0xdbff}};

@@ -1,22 +1,8 @@
 #include "platform/foundation/Format.h"
 
-#include <gtest/gtest.h>
-
-#include <QDateTime>
-
-#include <cmath>
-
-using namespace Qt::StringLiterals;
-
 TEST(Format, FillsByPositionAndReadsNothingThatIsNotThere)
 {
-    struct Case
-    {
-        QString format;
-        QVariantList arguments;
-        QString expected;
-    };
-    const Case cases[] = {
+    const std::tuple<QString, QVariantList, QString> cases[] = {
         {u"%@::%@:%d %@"_s, {u"A"_s, u"b:"_s, 7, u"%@"_s}, u"A::b::7 %@"_s},
         {u"%d %i %u"_s, {-1, 2147483648LL, -1}, u"-1 -2147483648 4294967295"_s},
         {u"%ld|%lu"_s,
@@ -35,8 +21,8 @@ TEST(Format, FillsByPositionAndReadsNothingThatIsNotThere)
         {u""_s, {1}, u""_s},
         {u"%d %@ %1.1f"_s, {QVariant(), QVariant(), QVariant()}, u"0 (null) 0.0"_s},
     };
-    for (const Case &c : cases)
-        EXPECT_EQ(format(c.format, c.arguments), c.expected);
+    for (const auto &[pattern, arguments, expected] : cases)
+        EXPECT_EQ(format(pattern, arguments), expected);
 }
 
 TEST(Format, DescribesValuesForAPerson)

@@ -1,13 +1,5 @@
 #include "platform/foundation/NotificationCenter.h"
 
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <memory>
-#include <stdexcept>
-
-using namespace Qt::StringLiterals;
-
 class Observer : public QObject
 {
     Q_OBJECT
@@ -42,26 +34,19 @@ TEST(NotificationCenter, ServesByNameAndPoster)
 {
     QObject poster;
     QObject stranger;
-    struct Case
-    {
-        const char *title;
-        QString name;
-        QObject *object;
-        QStringList calls;
-    };
-    const Case cases[] = {
+    const std::tuple<const char *, QString, QObject *, QStringList> cases[] = {
         {"both", u"N"_s, &poster, {u"a N hello"_s}},
         {"any name", {}, &poster, {u"a N hello"_s, u"a M "_s}},
         {"any poster", u"N"_s, nullptr, {u"a N hello"_s, u"a N "_s, u"a N "_s}},
         {"other poster", u"N"_s, &stranger, {u"a N "_s}},
         {"other name", u"X"_s, &poster, {}},
     };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.title);
+    for (const auto &[title, name, object, calls] : cases) {
+        SCOPED_TRACE(title);
         QStringList log;
         Observer observer(&log);
         NotificationCenter center;
-        center.addObserver(&observer, heard, c.name, c.object);
+        center.addObserver(&observer, heard, name, object);
         Dictionary userInfo = Dictionary::make();
         userInfo.setValue(u"text"_s, u"hello"_s);
         center.post(u"N"_s, &poster, userInfo);
@@ -69,7 +54,7 @@ TEST(NotificationCenter, ServesByNameAndPoster)
         center.post(u"N"_s, &stranger);
         center.post(u"N"_s, nullptr);
         // What was posted without a poster reaches only those who asked for every poster.
-        EXPECT_EQ(log, c.calls);
+        EXPECT_EQ(log, calls);
     }
 }
 
@@ -77,14 +62,12 @@ TEST(NotificationCenter, RemovesWhatIsAskedFor)
 {
     QObject poster;
     QObject other;
-    struct Case
-    {
-        QString name;
-        QObject *object;
-        qsizetype left;
-    };
-    for (const Case &c : {Case{{}, nullptr, 0}, Case{{}, &poster, 2}, Case{u"N"_s, nullptr, 2},
-                          Case{u"N"_s, &poster, 3}, Case{u"X"_s, nullptr, 4}}) {
+    const std::tuple<QString, QObject *, qsizetype> cases[] = {{{}, nullptr, 0},
+                                                               {{}, &poster, 2},
+                                                               {u"N"_s, nullptr, 2},
+                                                               {u"N"_s, &poster, 3},
+                                                               {u"X"_s, nullptr, 4}};
+    for (const auto &[name, object, left] : cases) {
         QStringList log;
         Observer observer(&log);
         Observer bystander(&log, u"b"_s);
@@ -94,13 +77,13 @@ TEST(NotificationCenter, RemovesWhatIsAskedFor)
                 center.addObserver(&observer, heard, name, from);
         }
         center.addObserver(&bystander, Selector(u"heardNothing"_s), u"N"_s, &poster);
-        center.removeObserver(&observer, c.name, c.object);
+        center.removeObserver(&observer, name, object);
         for (QObject *from : {&poster, &other}) {
             for (const QString &name : {u"N"_s, u"M"_s})
                 center.post(name, from);
         }
         EXPECT_EQ(log.removeAll(u"b bare"_s), 1);
-        EXPECT_EQ(log.size(), c.left);
+        EXPECT_EQ(log.size(), left);
     }
 }
 

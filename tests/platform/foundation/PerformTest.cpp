@@ -1,13 +1,5 @@
 #include "platform/foundation/Perform.h"
 
-#include <gtest/gtest.h>
-
-#include <QObject>
-
-#include <stdexcept>
-
-using namespace Qt::StringLiterals;
-
 class Receiver : public QObject
 {
     Q_OBJECT
@@ -34,16 +26,10 @@ Q_SIGNALS:
 
 TEST(Perform, FindsMethodsByWrittenName)
 {
-    struct Case
-    {
-        const char *selector;
-        QVariantList arguments;
-        const char *call;
-    };
     Receiver receiver;
     const QVariant self = QVariant::fromValue<QObject *>(&receiver);
     const QVariant nobody = QVariant::fromValue<QObject *>(nullptr);
-    const Case cases[] = {
+    const std::tuple<const char *, QVariantList, const char *> cases[] = {
         {"onViewShow", {}, "onViewShow"},
         {"tbPressed:", {u"OK"_s}, "tbPressed OK"},
         {"setDelay:", {u"7"_s}, "setDelay 7"},
@@ -51,13 +37,13 @@ TEST(Perform, FindsMethodsByWrittenName)
         {"sourceList:itemHasIcon:", {self, nobody}, "hasIcon"},
         {"__loaded2", {}, "loaded2"},
     };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.selector);
+    for (const auto &[name, arguments, call] : cases) {
+        SCOPED_TRACE(name);
         receiver.calls.clear();
-        const Selector selector(QString::fromLatin1(c.selector));
+        const Selector selector(QString::fromLatin1(name));
         EXPECT_TRUE(perform::responds(&receiver, selector));
-        EXPECT_TRUE(perform::send(&receiver, selector, c.arguments));
-        EXPECT_EQ(receiver.calls, QStringList{QString::fromLatin1(c.call)});
+        EXPECT_TRUE(perform::send(&receiver, selector, arguments));
+        EXPECT_EQ(receiver.calls, QStringList{QString::fromLatin1(call)});
     }
 }
 

@@ -1,10 +1,6 @@
 #include "platform/foundation/PreferredLanguages.h"
 
-#include <gtest/gtest.h>
-
 #include <QHash>
-
-using namespace Qt::StringLiterals;
 
 static QStringList fromEnvironment(const QHash<QString, QString> &variables)
 {
@@ -32,14 +28,9 @@ TEST(PreferredLanguages, WritesLocalesAsShortTags)
 
 TEST(PreferredLanguages, TakesVariablesInTheirUsualOrder)
 {
-    struct Case
-    {
-        QHash<QString, QString> variables;
-        QStringList expected;
-    };
     const QString language = u"LANGUAGE"_s, all = u"LC_ALL"_s, messages = u"LC_MESSAGES"_s,
                   lang = u"LANG"_s;
-    const Case cases[] = {
+    const std::tuple<QHash<QString, QString>, QStringList> cases[] = {
         {{}, {}},
         {{{lang, u"de_DE"_s}, {messages, u"fr_FR"_s}}, {u"fr"_s}},
         {{{lang, u"de_DE"_s}, {messages, u"fr_FR"_s}, {all, u"it_IT"_s}}, {u"it"_s}},
@@ -52,8 +43,8 @@ TEST(PreferredLanguages, TakesVariablesInTheirUsualOrder)
         {{{language, u"de"_s}, {lang, u"de_DE"_s}, {all, u"C.UTF-8"_s}}, {u"de"_s}},
         {{{language, u"de"_s}}, {}},
     };
-    for (const Case &c : cases)
-        EXPECT_EQ(fromEnvironment(c.variables), c.expected);
+    for (const auto &[variables, expected] : cases)
+        EXPECT_EQ(fromEnvironment(variables), expected);
 }
 
 TEST(PreferredLanguages, WhatIsSetCountsAsItIs)

@@ -2,17 +2,9 @@
 
 #include "platform/foundation/PropertyListLimits.h"
 
-#include <gtest/gtest.h>
-
-#include <QDateTime>
-#include <QFile>
 #include <QStringEncoder>
-#include <QTemporaryDir>
 
 #include <plist/plist.h>
-#include <sys/stat.h>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

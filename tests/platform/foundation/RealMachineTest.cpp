@@ -1,15 +1,5 @@
 #include "platform/foundation/RealMachine.h"
 
-#include <gtest/gtest.h>
-
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-
-#include <sys/stat.h>
-
-using namespace Qt::StringLiterals;
-
 namespace {
 
 struct Told

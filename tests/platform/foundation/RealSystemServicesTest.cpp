@@ -2,21 +2,9 @@
 
 #include "platform/foundation/RealUserDefaults.h"
 
-#include <gtest/gtest.h>
-
-#include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QTemporaryDir>
-#include <QTest>
 
 #include <pwd.h>
-#include <unistd.h>
-
-#include <cstdlib>
-#include <limits>
-#include <memory>
-
-using namespace Qt::StringLiterals;
 
 TEST(RealScheduler, RunsOnceAfterTheDelayAndNeverAtOnce)
 {

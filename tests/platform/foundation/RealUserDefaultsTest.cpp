@@ -1,21 +1,8 @@
 #include "platform/foundation/RealUserDefaults.h"
 
-#include <gtest/gtest.h>
-
-#include <QDateTime>
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-#include <QTest>
-
 #include <sys/wait.h>
-#include <unistd.h>
 
-#include <atomic>
 #include <csignal>
-#include <thread>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

@@ -5,19 +5,7 @@
 #include "platform/ui/IconImage.h"
 #include "support/TestServices.h"
 
-#include <gtest/gtest.h>
-
-#include <QDir>
-#include <QFile>
 #include <QIcon>
-#include <QTest>
-
-#include <sys/stat.h>
-
-#include <atomic>
-#include <thread>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -84,10 +72,7 @@ TEST_F(FileIconsTest, ShowWhatAnItemIs)
                      "ELF\2\1\1\0\0\0\0\0\0\0\0\0\2\0\76\0",
                      20));
     ASSERT_EQ(::mkfifo(QFile::encodeName(services.home.filePath(u"pipe"_s)).constData(), 0600), 0);
-    const struct
-    {
-        const char *name, *color;
-    } cases[] = {
+    const std::tuple<const char *, const char *> cases[] = {
         {"X.app", "#777777"},   {"X.app/", "#777777"},        {"Bad.app", "#333333"},
         {"", "#222222"},        {"named.desktop", "#555555"}, {"file.desktop", "#666666"},
         {"a.mp4", "#444444"},   {"missing.mp4", "#444444"},   {"drawing.txt", "#111111"},

@@ -1,10 +1,7 @@
 #include "tests/platform/ui/OutlineViewTree.h"
 
-#include <gtest/gtest.h>
-
 #include <QDrag>
 #include <QDragEnterEvent>
-#include <QTimer>
 
 /// Rows A a b B c, of 24 pixels each.
 class OutlineViewDragTest : public testing::Test

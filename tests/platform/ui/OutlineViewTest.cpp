@@ -1,7 +1,5 @@
 #include "tests/platform/ui/OutlineViewTree.h"
 
-#include <gtest/gtest.h>
-
 #include <QAbstractItemModelTester>
 #include <QAccessible>
 #include <QLineEdit>
@@ -31,25 +29,18 @@ protected:
 TEST_F(OutlineViewTest, MapsRowsItemsAndLevels)
 {
     EXPECT_EQ(rowsOf(view), u"A a b c B d C");
-    struct Case
-    {
-        const char *item;
-        int row;
-        int level;
-        bool expandable;
-        bool expanded;
-    };
-    for (const Case &c : {Case{"A", 0, 0, true, true}, Case{"c", 3, 1, false, false},
-                          Case{"C", 6, 0, false, false}}) {
-        SCOPED_TRACE(c.item);
-        QObject *item = tree.item(QString::fromLatin1(c.item));
-        EXPECT_EQ(view.rowForItem(item), c.row);
-        EXPECT_EQ(view.itemAtRow(c.row), item);
-        EXPECT_EQ(view.levelForItem(item), c.level);
-        EXPECT_EQ(view.isExpandable(item), c.expandable);
-        EXPECT_EQ(view.isItemExpanded(item), c.expanded);
-        EXPECT_EQ(view.rowAtPoint(view.rectOfRow(c.row).center()), c.row);
-        EXPECT_EQ(view.rectOfRow(c.row), QRectF(0, c.row * 24, 200, 24));
+    const std::tuple<const char *, int, int, bool, bool> cases[] = {
+        {"A", 0, 0, true, true}, {"c", 3, 1, false, false}, {"C", 6, 0, false, false}};
+    for (const auto &[name, row, level, expandable, expanded] : cases) {
+        SCOPED_TRACE(name);
+        QObject *item = tree.item(QString::fromLatin1(name));
+        EXPECT_EQ(view.rowForItem(item), row);
+        EXPECT_EQ(view.itemAtRow(row), item);
+        EXPECT_EQ(view.levelForItem(item), level);
+        EXPECT_EQ(view.isExpandable(item), expandable);
+        EXPECT_EQ(view.isItemExpanded(item), expanded);
+        EXPECT_EQ(view.rowAtPoint(view.rectOfRow(row).center()), row);
+        EXPECT_EQ(view.rectOfRow(row), QRectF(0, row * 24, 200, 24));
     }
     QObject stranger;
     EXPECT_EQ(view.rowForItem(&stranger), -1);
@@ -91,15 +82,7 @@ TEST_F(OutlineViewTest, ReloadKeepsWhatIsStillThere)
 
 TEST_F(OutlineViewTest, SelectsByCode)
 {
-    struct Case
-    {
-        bool multiple;
-        RowIndexes rows;
-        bool extend;
-        const char *after;
-        bool told;
-    };
-    const Case cases[] = {
+    const std::tuple<bool, RowIndexes, bool, const char *, bool> cases[] = {
         {false, {2}, false, "A a [b] c B d C", true},
         {false, {1}, false, "A [a] b c B d C", false},
         {false, {-1, 7}, false, "A [a] b c B d C", false},
@@ -110,15 +93,15 @@ TEST_F(OutlineViewTest, SelectsByCode)
         {true, {3, 5}, true, "A [a] b [c] B [d] C", true},
         {true, {3, 5}, false, "A a b [c] B [d] C", true},
     };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.after);
-        view.setAllowsMultipleSelection(c.multiple);
+    for (const auto &[multiple, rows, extend, after, told] : cases) {
+        SCOPED_TRACE(after);
+        view.setAllowsMultipleSelection(multiple);
         view.selectRowIndexes({1}, false);
         tree.refused = tree.root.children(); // code is not asked
         tree.log.clear();
-        view.selectRowIndexes(c.rows, c.extend);
-        EXPECT_EQ(rowsOf(view), QLatin1StringView(c.after));
-        EXPECT_EQ(tree.takeLog().count(u"changed"_s), c.told ? 1 : 0);
+        view.selectRowIndexes(rows, extend);
+        EXPECT_EQ(rowsOf(view), QLatin1StringView(after));
+        EXPECT_EQ(tree.takeLog().count(u"changed"_s), told ? 1 : 0);
     }
 }
 
@@ -180,23 +163,17 @@ TEST_F(OutlineViewTest, TellsOnceAfterAMouseDrag)
 TEST_F(OutlineViewTest, MovesByKeys)
 {
     tree.refused = {tree.item(u"A"_s), tree.item(u"B"_s), tree.item(u"C"_s)};
-    struct Case
-    {
-        int from;
-        Qt::Key key;
-        int to;
-    };
-    const Case cases[] = {
+    const std::tuple<int, Qt::Key, int> cases[] = {
         {-1, Qt::Key_Down, 1},  {-1, Qt::Key_Up, 5},      {3, Qt::Key_Down, 5}, {5, Qt::Key_Up, 3},
         {5, Qt::Key_Down, 5},   {1, Qt::Key_Up, 1},       {3, Qt::Key_Home, 1}, {3, Qt::Key_End, 5},
         {3, Qt::Key_PageUp, 1}, {1, Qt::Key_PageDown, 5}, {3, Qt::Key_Left, 3}, {2, Qt::Key_D, 5},
     };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(testing::Message() << c.from << " " << c.key);
+    for (const auto &[from, key, to] : cases) {
+        SCOPED_TRACE(testing::Message() << from << " " << key);
         view.deselectAll();
-        view.selectRowIndexes({c.from}, false);
-        QTest::keyClick(&view, c.key);
-        EXPECT_EQ(view.selectedRow(), c.to);
+        view.selectRowIndexes({from}, false);
+        QTest::keyClick(&view, key);
+        EXPECT_EQ(view.selectedRow(), to);
     }
     view.setAllowsMultipleSelection(true);
     view.selectRowIndexes({2}, false);

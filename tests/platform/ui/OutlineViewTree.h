@@ -2,12 +2,6 @@
 
 #include "platform/ui/OutlineView.h"
 
-#include <QTest>
-
-#include <functional>
-
-using namespace Qt::StringLiterals;
-
 /// An item of a tree, named by its object name, with its children as QObject children.
 inline QObject *makeItem(const QString &name, QObject *parent)
 {

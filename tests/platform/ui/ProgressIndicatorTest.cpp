@@ -1,10 +1,7 @@
 #include "platform/ui/ProgressIndicator.h"
 #include "tests/support/MotionStyle.h"
 
-#include <gtest/gtest.h>
-
 #include <QApplication>
-#include <QTest>
 
 TEST(ProgressIndicator, TurnsOnlyWhileItIsSeen)
 {

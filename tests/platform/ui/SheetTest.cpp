@@ -4,23 +4,14 @@
 #include "platform/ui/ModalLoop.h"
 #include "tests/support/MotionStyle.h"
 
-#include <gtest/gtest.h>
-
 #include <QAccessible>
 #include <QDialog>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
-#include <QPushButton>
 #include <QShortcut>
-#include <QTest>
-#include <QTimer>
 #include <QVBoxLayout>
 
 #include <map>
-#include <stdexcept>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -247,11 +238,7 @@ TEST_F(Panels, SheetsFollowOneAnotherAndComeBackFromBehind)
         views[name]->setObjectName(name);
     }
     // "+" asks for a sheet in its turn, "!" in front; "-" ends it, "x" deletes it.
-    const struct
-    {
-        QString steps;
-        QString seen;
-    } cases[] = {
+    const std::tuple<QString, QString> cases[] = {
         {u"+a +b +c -a -b -c"_s, u"a a a b c "_s}, {u"+a +a +b +b -a -b"_s, u"a a a a b "_s},
         {u"+a +b -b -a"_s, u"a a a "_s},           {u"+a !b -b -a"_s, u"a b a "_s},
         {u"+a !b -a -b"_s, u"a b b "_s},           {u"+a !b +c -b -a -c"_s, u"a b b a c "_s},
@@ -318,11 +305,7 @@ TEST_F(Panels, KeysOfWhatLiesBelowASheetDoNothing)
 
 TEST_F(Panels, DrawersOpenAtTheirEdgesAndStayWhereTheyCanBeSeen)
 {
-    const struct
-    {
-        quint64 edge;
-        QPoint place;
-    } cases[] = {
+    const std::tuple<quint64, QPoint> cases[] = {
         {0, {0, 140}}, {1, {200, 280}}, {2, {400, 140}}, {3, {200, 0}}, {99, {400, 140}},
     };
     for (const auto &[edge, place] : cases) {

@@ -1,13 +1,6 @@
 #include "platform/ui/TableView.h"
 
-#include <gtest/gtest.h>
-
 #include <QPainter>
-
-#include <memory>
-#include <stdexcept>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

@@ -4,14 +4,9 @@
 #include "platform/ui/ProgressIndicator.h"
 #include "platform/ui/SegmentedControl.h"
 
-#include <gtest/gtest.h>
-
 #include <QApplication>
 #include <QLineEdit>
 #include <QStyle>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

@@ -3,9 +3,6 @@
 
 #include <netinet/in.h>
 #include <sys/socket.h>
-#include <unistd.h>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

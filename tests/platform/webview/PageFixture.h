@@ -3,8 +3,6 @@
 #include "host/HostFixture.h"
 #include "platform/ui/WebView.h"
 
-#include <QTest>
-
 #include <optional>
 
 /// A host that has the real engine, and a web view in which pages are asked.

@@ -6,8 +6,6 @@
 #include <QDragEnterEvent>
 #include <QMimeData>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 /// A host, and a web view as a plugin gets one.
