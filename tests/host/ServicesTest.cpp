@@ -60,7 +60,7 @@ TEST_F(Services, AnswerAPluginThatUsesThemAll)
     EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(services.recorder.take().join(u'|'),
               u"mndVersion 6|mndEdition 2|slvBundleVersionString v512|newFactoryInstance true|"
-              "sharedObject true|plugin.status ping|ping|"
+              "sharedObject true|helpers true|plugin.status ping|ping|"
               "plugin.status onViewHide|showPlugin true|pluginSetIconHighlighted true"_s);
     const int width = window->frameGeometry().width();
     send("useWindow");
