@@ -69,8 +69,6 @@ TEST_F(Host, ChecksForUpdatesThroughTheSharedUpdater)
     delegate->sharedObjectRegister(u"shared.updater"_s, &updater);
     item("miCheckForUpdate")->trigger();
     EXPECT_EQ(updater.checks, 1);
-    delegate->sharedObjectRegister(u"shared.updater"_s, nullptr);
-    EXPECT_EQ(delegate->sharedObject(u"shared.updater"_s), nullptr);
 }
 
 TEST_F(Host, OpensWhatTheMenusLeadTo)
@@ -111,18 +109,6 @@ TEST_F(Host, LooksTextsUpWithoutEverFailing)
               QStringList(2,
                           u"16/11/2026 00:45 mndAppDelegate::stringResource:def::1373 Unable to "
                           "get MISSING"_s));
-}
-
-TEST_F(Host, KnowsTheHomeFolder)
-{
-    start();
-    const QString home = services.home.path();
-    EXPECT_EQ(delegate->getHomeDirectory(), home);
-    EXPECT_EQ(delegate->stringByExpandingTildeInPath(u"~/a~b"_s), home + u"/a"_s + home + u"b"_s)
-        << "every tilde, not only a leading one";
-    EXPECT_TRUE(delegate->isHomeDirectory(home.toUpper()));
-    EXPECT_FALSE(delegate->isHomeDirectory(home + u'/'));
-    EXPECT_FALSE(delegate->isHomeDirectory({}));
 }
 
 #include "MenusTest.moc"

@@ -90,19 +90,6 @@ TEST_F(Navigation, ShowsPluginsById)
     EXPECT_EQ(shownView(), good);
 }
 
-TEST_F(Navigation, RefusesWhileASheetShows)
-{
-    delegate->beginModalSheet(nullptr);
-    EXPECT_FALSE(delegate->showPlugin(good));
-    EXPECT_EQ(shownView(), status);
-    delegate->beginModalSheet(nullptr);
-    delegate->endModalSheet(nullptr);
-    EXPECT_TRUE(delegate->showPlugin(good)) << "the second sheet was dropped, not counted";
-    delegate->endModalSheet(nullptr);
-    EXPECT_TRUE(delegate->uiModalShowing()) << "ended once too often: stuck, unguarded";
-    EXPECT_FALSE(delegate->showPlugin(status));
-}
-
 TEST_F(Navigation, ShowsAPluginAgainWithAllItsMessages)
 {
     services.recorder.take();

@@ -10,30 +10,6 @@ public:
     Q_INVOKABLE ThrowsAtBirth() { throw std::runtime_error("no"); }
 };
 
-/// Installs another plugin when it hears of the first message.
-class Installer : public QObject
-{
-    Q_OBJECT
-
-public:
-    Q_INVOKABLE void note(const QString &what)
-    {
-        events << what;
-        if (auto act = std::exchange(onFirst, nullptr))
-            act();
-    }
-    QStringList events;
-    std::function<void()> onFirst;
-};
-
-class MadeByName : public QObject
-{
-    Q_OBJECT
-
-public:
-    Q_INVOKABLE MadeByName() = default;
-};
-
 class Services : public Host
 {
 protected:
@@ -104,6 +80,7 @@ TEST_F(Services, CountSheetsAsTheyAreAskedFor)
     delegate->beginModalSheet(&sheet);
     delegate->beginModalSheet(&second);
     EXPECT_TRUE(delegate->uiModalShowing()) << "counted before it shows";
+    EXPECT_FALSE(delegate->showPlugin(u"plugin.status"_s));
     EXPECT_FALSE(sheet.isVisible());
     QCoreApplication::processEvents();
     EXPECT_TRUE(sidebarAndSheetShow(sheet));
@@ -111,12 +88,14 @@ TEST_F(Services, CountSheetsAsTheyAreAskedFor)
     EXPECT_EQ(button->palette().color(QPalette::ButtonText), Qt::white);
     delegate->endModalSheet(&sheet);
     EXPECT_FALSE(delegate->uiModalShowing()) << "the second was dropped, not counted";
+    EXPECT_TRUE(delegate->showPlugin(u"plugin.status"_s));
     QCoreApplication::processEvents();
     EXPECT_TRUE(sheet.isHidden());
     EXPECT_EQ(window->focusWidget(), list());
 
     delegate->endModalSheet(nullptr);
     EXPECT_TRUE(delegate->uiModalShowing()) << "below zero: stuck, unguarded";
+    EXPECT_FALSE(delegate->showPlugin(u"plugin.status"_s));
     delegate->beginModalSheet(&sheet);
     QCoreApplication::processEvents();
     EXPECT_FALSE(sheet.isVisible());
@@ -243,12 +222,11 @@ TEST_F(Services, ShareObjectsByName)
 TEST_F(Services, MakeObjectsByTheNamesOfTheirClasses)
 {
     qRegisterMetaType<ThrowsAtBirth *>();
-    qRegisterMetaType<MadeByName *>();
     start({"UsesEverything"});
     const std::tuple<QString, bool> cases[] = {
-        {u"MadeByName"_s, true},     {u"WebView"_s, true},      {u"ThrowsAtBirth"_s, false},
-        {u"ClassOfABundle"_s, true}, {u"NoSuchClass"_s, false}, {u"QWidget"_s, false},
-        {u"mndCore"_s, false},       {QString(), false},
+        {u"WebView"_s, true},      {u"ThrowsAtBirth"_s, false}, {u"ClassOfABundle"_s, true},
+        {u"NoSuchClass"_s, false}, {u"QWidget"_s, false},       {u"mndCore"_s, false},
+        {QString(), false},
     };
     for (const auto &[name, isMade] : cases)
         EXPECT_EQ(delegate->newFactoryInstance(name) != nullptr, isMade) << qPrintable(name);
@@ -258,7 +236,7 @@ TEST_F(Services, MakeObjectsByTheNamesOfTheirClasses)
     std::atomic<bool> isDone = false;
     std::thread worker([&] {
         view = delegate->newFactoryInstance(u"WebView"_s);
-        EXPECT_EQ(delegate->newFactoryInstance(u"MadeByName"_s)->thread(),
+        EXPECT_EQ(delegate->newFactoryInstance(u"ClassOfABundle"_s)->thread(),
                   QThread::currentThread());
         EXPECT_TRUE(delegate->showPlugin(u"plugin.fixture.UsesEverything"_s));
         EXPECT_FALSE(delegate->showPlugin(u"plugin.unknown"_s));
@@ -274,17 +252,14 @@ TEST_F(Services, ReachPluginsThatAreAppendedDuringABroadcast)
 {
     start({"Good"});
     services.addFixture(u"Hidden"_s, services.supportFolder());
-    Installer installer;
-    installer.onFirst = [&] {
+    services.recorder.onNext = [&] {
         EXPECT_TRUE(delegate->plugins()->loadPluginFromPath(services.supportFolder()
                                                             + u"/Hidden.bundle"_s));
     };
-    delegate->sharedObjectRegister(u"test.recorder"_s, &installer);
     send("ping");
-    EXPECT_EQ(installer.events.join(u'|'),
+    EXPECT_EQ(services.recorder.take().join(u'|'),
               u"plugin.fixture.Good ping|plugin.fixture.Hidden initialize Hidden.bundle|"
               "plugin.fixture.Hidden ping"_s);
-    delegate->sharedObjectRegister(u"test.recorder"_s, nullptr);
 }
 
 TEST_F(Services, DoNothingBeforeThereIsARegistry)

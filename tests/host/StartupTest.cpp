@@ -3,58 +3,31 @@
 namespace {
 
 /// Notes when the watched view is shown and hidden.
-class VisibilityNotes : public QObject
+struct VisibilityNotes : QObject
 {
-public:
-    VisibilityNotes(QWidget *view, Recorder &recorder)
+    explicit VisibilityNotes(Recorder &recorder)
         : m_recorder(recorder)
-    {
-        view->installEventFilter(this);
-    }
-
-protected:
+    { }
     bool eventFilter(QObject *, QEvent *event) override
     {
-        if (event->type() == QEvent::ShowToParent)
-            m_recorder.note(u"sidebar shown"_s);
-        if (event->type() == QEvent::HideToParent)
-            m_recorder.note(u"sidebar hidden"_s);
+        if (event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent)
+            m_recorder.note(event->type() == QEvent::ShowToParent ? u"sidebar shown"_s
+                                                                  : u"sidebar hidden"_s);
         return false;
     }
-
-private:
     Recorder &m_recorder;
-};
-
-/// Interface files of the auxiliary windows that note when they are loaded.
-class NotingInterfaceFiles
-{
-public:
-    explicit NotingInterfaceFiles(Recorder &recorder)
-    {
-        for (const QString &name : m_names) {
-            InterfaceFile::add(name, [&recorder, name] {
-                recorder.note(u"load "_s + name);
-                return std::make_unique<QWidget>();
-            });
-        }
-    }
-    ~NotingInterfaceFiles()
-    {
-        for (const QString &name : m_names)
-            InterfaceFile::remove(name);
-    }
-    Q_DISABLE_COPY_MOVE(NotingInterfaceFiles)
-
-private:
-    const QStringList m_names{u"Welcome"_s, u"slvFeedback"_s, u"About"_s, u"Prefs"_s};
 };
 
 } // namespace
 
 TEST_F(Host, TakesItsStepsInOrder)
 {
-    const NotingInterfaceFiles files(services.recorder);
+    for (const QString &name : {u"Welcome"_s, u"slvFeedback"_s, u"About"_s, u"Prefs"_s}) {
+        InterfaceFile::add(name, [this, name] {
+            services.recorder.note(u"load "_s + name);
+            return std::make_unique<QWidget>();
+        });
+    }
     // With no folder for the log file its lines go to the system log, where the recorder sees them.
     QFile blocked(services.home.filePath(u"Library"_s));
     ASSERT_TRUE(blocked.open(QIODevice::WriteOnly));
@@ -64,7 +37,8 @@ TEST_F(Host, TakesItsStepsInOrder)
         "SZ_MENU_ABOUT = about; SZ_MENU_WINDOW = win; SZ_HEADING_CLEANING = Cleaning;");
     services.addFixture(u"Good"_s, services.resources());
     services.addFixture(u"StatusFixture"_s, services.resources());
-    const VisibilityNotes visibility(list(), services.recorder);
+    VisibilityNotes visibility(services.recorder);
+    list()->installEventFilter(&visibility);
     QObject::connect(item("miAbout"), &QAction::changed,
                      [this] { services.recorder.note(u"menu "_s + item("miAbout")->text()); });
 
@@ -150,7 +124,7 @@ TEST_F(Host, EndsWithAFatalAlertWhenThereAreNoTexts)
     }
 }
 
-TEST_F(Host, ShowsTheFiveHeadingsWithoutAnyPlugin)
+TEST_F(Host, ShowsTheFiveHeadingsOnItsGroundsWithoutAnyPlugin)
 {
     start();
     EXPECT_EQ(list()->numberOfRows(), 5);
@@ -159,6 +133,9 @@ TEST_F(Host, ShowsTheFiveHeadingsWithoutAnyPlugin)
     for (int row = 0; row < 5; ++row)
         EXPECT_FALSE(delegate->sourceListIsItemExpandable(list(), list()->itemAtRow(row)));
     EXPECT_FALSE(list()->isHidden());
+    EXPECT_EQ(window->palette().color(QPalette::Window), Qt::white);
+    EXPECT_EQ(list()->parentWidget()->palette().color(QPalette::Window),
+              delegate->uiTheme()->sidebarColor());
 }
 
 TEST_F(Host, PutsTheMarkIntoTheMiddleOfTheTitleRow)
@@ -172,14 +149,6 @@ TEST_F(Host, PutsTheMarkIntoTheMiddleOfTheTitleRow)
     ASSERT_NE(mark, nullptr);
     EXPECT_EQ(mark->geometry(), QRect(440, 1, 20, 20));
     EXPECT_EQ(mark->parentWidget()->size(), QSize(900, 50));
-}
-
-TEST_F(Host, PaintsItsGrounds)
-{
-    start();
-    EXPECT_EQ(window->palette().color(QPalette::Window), Qt::white);
-    EXPECT_EQ(list()->parentWidget()->palette().color(QPalette::Window),
-              delegate->uiTheme()->sidebarColor());
 }
 
 TEST_F(Host, StartsWithoutAWindow)

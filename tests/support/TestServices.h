@@ -19,11 +19,17 @@ class Recorder : public QObject
     Q_OBJECT
 
 public:
-    Q_INVOKABLE void note(const QString &what) { events << what; }
+    Q_INVOKABLE void note(const QString &what)
+    {
+        events << what;
+        if (auto act = std::exchange(onNext, nullptr))
+            act();
+    }
     /// Takes what was noted so far.
     QStringList take() { return std::exchange(events, {}); }
 
     QStringList events;
+    std::function<void()> onNext; ///< called with the next one
 };
 
 /// Services under a test's control. Every call that matters is noted in the recorder. Installed for
