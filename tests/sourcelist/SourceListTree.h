@@ -109,10 +109,8 @@ public:
 
     QStringList takeLog() { return std::exchange(log, {}); }
 
-    bool sourceListIsGroupAlwaysExpanded(PXSourceList *, OutlineItem) override
-    {
-        return keepsGroupsOpen;
-    }
+    using List = PXSourceList;
+    bool sourceListIsGroupAlwaysExpanded(List *, OutlineItem) override { return keepsGroupsOpen; }
     QMenu *sourceListMenuForEvent(PXSourceList *, QContextMenuEvent *, OutlineItem item) override
     {
         askedForMenu = item;

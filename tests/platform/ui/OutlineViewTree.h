@@ -38,73 +38,66 @@ public:
     QObject *item(const QString &name) const { return root.findChild<QObject *>(name); }
     QStringList takeLog() { return std::exchange(log, {}); }
 
-    int outlineViewNumberOfChildrenOfItem(OutlineView *, OutlineItem item) override
+    using View = OutlineView;
+    using Item = OutlineItem;
+    int outlineViewNumberOfChildrenOfItem(View *, Item item) override
     {
         return int((item ? item : &root)->children().size());
     }
-    OutlineItem outlineViewChild(OutlineView *, int index, OutlineItem item) override
+    Item outlineViewChild(View *, int index, Item item) override
     {
         if (whenAsked)
             std::exchange(whenAsked, nullptr)();
         return (item ? item : &root)->children().value(index);
     }
-    bool outlineViewIsItemExpandable(OutlineView *, OutlineItem item) override
+    bool outlineViewIsItemExpandable(View *, Item item) override
     {
         return !item->children().isEmpty();
     }
-    QVariant outlineViewObjectValueForTableColumn(OutlineView *, int, OutlineItem item) override
+    QVariant outlineViewObjectValueForTableColumn(View *, int, Item item) override
     {
         return item->objectName();
     }
-    void outlineViewSetObjectValue(OutlineView *, const QVariant &value, int,
-                                   OutlineItem item) override
+    void outlineViewSetObjectValue(View *, const QVariant &value, int, Item item) override
     {
         item->setObjectName(value.toString());
     }
-    bool outlineViewWriteItems(OutlineView *, const QList<OutlineItem> &items,
-                               QMimeData *data) override
+    bool outlineViewWriteItems(View *, const QList<Item> &items, QMimeData *data) override
     {
         QStringList names;
-        for (const OutlineItem item : items)
+        for (const Item item : items)
             names << item->objectName();
         log << u"write "_s + names.join(u' ');
         data->setData(u"text/plain"_s, pasteboard);
         return !pasteboard.isEmpty();
     }
-    void outlineViewDraggingSessionWillBeginAtPoint(OutlineView *, QDrag *, QPointF,
-                                                    const QList<OutlineItem> &items) override
+    void outlineViewDraggingSessionWillBeginAtPoint(View *, QDrag *, QPointF,
+                                                    const QList<Item> &items) override
     {
         log << u"begin %1"_s.arg(items.size());
     }
-    void outlineViewDraggingSessionEndedAtPoint(OutlineView *, QDrag *, QPointF,
+    void outlineViewDraggingSessionEndedAtPoint(View *, QDrag *, QPointF,
                                                 Qt::DropAction action) override
     {
         log << u"ended %1"_s.arg(action);
     }
-    Qt::DropAction outlineViewValidateDrop(OutlineView *, const QDropEvent *, OutlineItem item,
+    Qt::DropAction outlineViewValidateDrop(View *, const QDropEvent *, Item item,
                                            int index) override
     {
         log << describe(u"validate"_s, item, index);
         return dropAction;
     }
-    bool outlineViewAcceptDrop(OutlineView *, const QDropEvent *, OutlineItem item,
-                               int index) override
+    bool outlineViewAcceptDrop(View *, const QDropEvent *, Item item, int index) override
     {
         log << describe(u"accept"_s, item, index);
         return true;
     }
 
-    bool outlineViewShouldExpandItem(OutlineView *, OutlineItem item) override { return may(item); }
-    bool outlineViewShouldCollapseItem(OutlineView *, OutlineItem item) override
-    {
-        return may(item);
-    }
-    bool outlineViewShouldSelectItem(OutlineView *, OutlineItem item) override { return may(item); }
-    bool outlineViewShouldEditTableColumn(OutlineView *, int, OutlineItem item) override
-    {
-        return may(item);
-    }
-    RowIndexes outlineViewSelectionIndexesForProposedSelection(OutlineView *,
+    bool outlineViewShouldExpandItem(View *, Item item) override { return may(item); }
+    bool outlineViewShouldCollapseItem(View *, Item item) override { return may(item); }
+    bool outlineViewShouldSelectItem(View *, Item item) override { return may(item); }
+    bool outlineViewShouldEditTableColumn(View *, int, Item item) override { return may(item); }
+    RowIndexes outlineViewSelectionIndexesForProposedSelection(View *,
                                                                const RowIndexes &rows) override
     {
         return proposal ? proposal(rows) : rows;
@@ -117,11 +110,11 @@ public:
     void outlineViewItemDidCollapse(const Notification &n) override { told(u"closed "_s, n); }
 
 private:
-    static QString describe(const QString &what, OutlineItem item, int index)
+    static QString describe(const QString &what, Item item, int index)
     {
         return u"%1 %2 %3"_s.arg(what, item ? item->objectName() : u"root"_s).arg(index);
     }
-    bool may(OutlineItem item) const { return !refused.contains(item); }
+    bool may(Item item) const { return !refused.contains(item); }
     void told(const QString &what, const Notification &notification)
     {
         log << what + notification.userInfo.value<QObject *>(u"item"_s)->objectName();
