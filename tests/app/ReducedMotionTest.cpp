@@ -66,7 +66,7 @@ TEST(ReducedMotion, AsksTheDesktopsPortal)
         for (const bool reduced : {false, true, false}) {
             portal.value = reduced ? asReduced : asUsual;
             Q_EMIT qApp->applicationStateChanged(Qt::ApplicationActive);
-            EXPECT_TRUE(QTest::qWaitFor([=] { return isReduced() == reduced; })) << reduced;
+            EXPECT_SOON(isReduced() == reduced) << reduced;
         }
     }
     QDBusConnection::disconnectFromBus(u"desktop"_s);

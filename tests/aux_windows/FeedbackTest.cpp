@@ -32,9 +32,8 @@ public:
     }
 };
 
-class Feedback : public Host
+struct Feedback : Host
 {
-protected:
     Feedback()
     {
         delegate = std::make_unique<FixedHost>();

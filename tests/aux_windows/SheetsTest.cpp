@@ -7,9 +7,8 @@
 namespace {
 
 /// A host whose sheets are opened by their menu entries.
-class Sheets : public Host
+struct Sheets : Host
 {
-protected:
     Sheets()
     {
         services.addResource(u"../Info.plist"_s,
@@ -21,9 +20,8 @@ protected:
     /// The program that an entry for the start at login would run.
     void addProgram() const
     {
-        QDir().mkpath(services.root.filePath(u"Solvane.app/Contents/MacOS"_s));
-        QFile program(services.root.filePath(u"Solvane.app/Contents/MacOS/solvane"_s));
-        EXPECT_TRUE(program.open(QIODevice::WriteOnly) && program.write("#!/bin/true\n"));
+        QFile program(makeFile(services.root.filePath(u"Solvane.app/Contents/MacOS/solvane"_s),
+                               "#!/bin/true\n"));
         program.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
     }
     void open(const char *entry)
@@ -145,17 +143,13 @@ TEST_F(Sheets, OfThePreferencesSwitchTheStartAtLogin)
     EXPECT_FALSE(box->isChecked());
     box->click();
     EXPECT_TRUE(box->isChecked());
-    QFile entry(entryPath());
-    ASSERT_TRUE(entry.open(QIODevice::ReadOnly));
-    const QByteArray content = entry.readAll();
-    entry.close();
+    const QByteArray content = fileContent(entryPath());
     pressEscape();
     // Switched off in the desktop's own settings.
     for (const char *line : {"Hidden=true\n", "X-GNOME-Autostart-enabled=false\n"}) {
         QByteArray disabled = content;
         disabled.replace("X-GNOME-Autostart-enabled=true\n", line);
-        ASSERT_TRUE(entry.open(QIODevice::WriteOnly) && entry.write(disabled));
-        entry.close();
+        makeFile(entryPath(), disabled);
         open("miPrefs");
         EXPECT_FALSE(part<QCheckBox>("cbAutolaunch")->isChecked()) << line;
         pressEscape();
@@ -169,7 +163,7 @@ TEST_F(Sheets, OfThePreferencesSwitchTheStartAtLogin)
 
     // There is a file where the folder would have to be.
     QDir(services.home.filePath(u"conf"_s)).removeRecursively();
-    QFile(services.home.filePath(u"conf"_s)).open(QIODevice::WriteOnly);
+    makeFile(services.home.filePath(u"conf"_s), {});
     part<QCheckBox>("cbAutolaunch")->click();
     EXPECT_FALSE(part<QCheckBox>("cbAutolaunch")->isChecked()) << "it shows what is so";
     EXPECT_TRUE(part("lblAutolaunchFailed")->isVisible());

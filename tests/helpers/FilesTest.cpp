@@ -93,9 +93,8 @@ private:
 
 } // namespace
 
-class Files : public testing::Test
+struct Files : testing::Test
 {
-protected:
     QString add(const QString &name, qint64 size)
     {
         return TestServices::write(services.home.filePath(name), QByteArray(size, 'x'));

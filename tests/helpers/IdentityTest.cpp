@@ -61,9 +61,7 @@ TEST(Identity, SerialNumberOfTheMachineIsWhatEveryUserMayRead)
     QTemporaryDir folder;
     const QString root = folder.path() + u'/';
     const auto write = [&](const QString &path, const QByteArray &content, bool forAll = true) {
-        QDir().mkpath(QFileInfo(root + path).path());
-        QFile file(root + path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        QFile file(makeFile(root + path, content));
         const auto others = forAll ? QFile::ReadOther : QFile::Permission();
         file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | others);
     };

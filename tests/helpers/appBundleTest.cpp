@@ -19,9 +19,8 @@ QByteArray binary(const QByteArray &xml)
     return written;
 }
 
-class AppBundle : public testing::Test
+struct AppBundle : testing::Test
 {
-protected:
     void write(const QByteArray &manifest)
     {
         TestServices::write(path + u"/Contents/Info.plist"_s, manifest);

@@ -10,9 +10,8 @@
 
 namespace {
 
-class LoginItems : public testing::Test
+struct LoginItems : testing::Test
 {
-protected:
     LoginItems()
     {
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(services.home.filePath(u"conf"_s)));
@@ -107,7 +106,7 @@ TEST_F(LoginItems, CountsWhatTheSessionStarts)
     }
     counted.sort();
     QDir(folder).mkdir(u"folder.desktop"_s);
-    ::mkfifo(QFile::encodeName(folder + u"/pipe.desktop"_s).constData(), 0600);
+    makePipe(folder + u"/pipe.desktop"_s);
     EXPECT_EQ(items->loginItems(), counted);
     EXPECT_TRUE(items->mainBundleLoginItemCopy().isNull());
     removeTree(folder);
@@ -190,8 +189,7 @@ TEST_F(LoginItems, LosesNothingWhereItCannotWrite)
     EXPECT_EQ(files(), QStringList(u"com.solvane.Solvane.desktop"_s)) << "a folder in its place";
     EXPECT_FALSE(items->launchOnLogin());
     QDir(folder).removeRecursively();
-    QFile inTheWay(folder);
-    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    makeFile(folder, {});
     for (const char *settings : {"", "relative"}) {
         loginItems none;
         none.setLaunchOnLogin(true);

@@ -10,9 +10,8 @@
 
 /// A whole host on seams: the real window from its real interface file, real bundles, a scratch
 /// home.
-class Host : public testing::Test
+struct Host : testing::Test
 {
-protected:
     Host()
     {
         addInterfaceFiles();
@@ -46,16 +45,10 @@ protected:
         return views.isEmpty() ? QString() : views.first()->objectName();
     }
 
-    QString logPath() const
-    {
-        return services.home.path() + QStringLiteral("/Library/Logs/solvane.log");
-    }
+    QString logPath() const { return services.home.path() + u"/Library/Logs/solvane.log"_s; }
     QStringList logLines() const
     {
-        QFile file(logPath());
-        return file.open(QIODevice::ReadOnly)
-            ? QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts)
-            : QStringList();
+        return QString::fromUtf8(fileContent(logPath())).split(u'\n', Qt::SkipEmptyParts);
     }
 
     TestServices services;

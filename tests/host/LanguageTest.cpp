@@ -6,18 +6,14 @@
 
 namespace {
 
-class Language : public testing::Test
+struct Language : testing::Test
 {
-protected:
     QTemporaryDir m_folder;
     const QString m_contents = m_folder.filePath(u"Contents/"_s);
 
     void write(const QString &name, const QByteArray &content)
     {
-        QFile file(m_contents + name);
-        ASSERT_TRUE(QDir().mkpath(QFileInfo(file).path()));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
+        makeFile(m_contents + name, content);
     }
 
     LanguageFile load(const QString &language) const

@@ -7,9 +7,8 @@ namespace {
 
 /// Headings and rows below them, in load order: rows 0 Cleaning, 1 FirstOne, 2 Good, 3 to 5 the
 /// empty headings up to System, 6 the status plugin, 7 Online.
-class Navigation : public Host
+struct Navigation : Host
 {
-protected:
     void SetUp() override
     {
         start({"FirstOne", "Good", "Hidden", "StatusFixture"});
@@ -214,7 +213,7 @@ TEST_F(Navigation, SpinsForOtherThreadsAndLetsThemWait)
         done = true;
     });
     QTest::qWait(20);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return done.load(); }));
+    EXPECT_SOON(done.load());
     worker.join();
     EXPECT_EQ(spinners().size(), 1);
 }

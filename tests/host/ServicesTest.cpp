@@ -10,9 +10,8 @@ public:
     Q_INVOKABLE ThrowsAtBirth() { throw std::runtime_error("no"); }
 };
 
-class Services : public Host
+struct Services : Host
 {
-protected:
     Services() { window->show(); }
 
     bool sidebarAndSheetShow(const QWidget &sheet) const
@@ -196,7 +195,7 @@ TEST_F(Services, FillTheScreenAndGoBackByTheWidthAlone)
     delegate->uiRestore();
     EXPECT_EQ(window->frameGeometry(), recorded) << "as wide as the screen counts as maximised";
     std::thread worker([&] { delegate->uiMaximize(); });
-    EXPECT_TRUE(QTest::qWaitFor([&] { return window->frameGeometry() == services.visibleFrame; }));
+    EXPECT_SOON(window->frameGeometry() == services.visibleFrame);
     worker.join();
 }
 
@@ -242,7 +241,7 @@ TEST_F(Services, MakeObjectsByTheNamesOfTheirClasses)
         EXPECT_FALSE(delegate->showPlugin(u"plugin.unknown"_s));
         isDone = true;
     });
-    EXPECT_TRUE(QTest::qWaitFor([&] { return isDone.load(); }));
+    EXPECT_SOON(isDone.load());
     worker.join();
     EXPECT_EQ(view->thread(), qApp->thread());
     EXPECT_EQ(shownView(), u"plugin.fixture.UsesEverything"_s);
@@ -284,8 +283,7 @@ TEST_F(Services, MakeDrawersThatBelongToTheCaller)
     EXPECT_FALSE(drawer->isOpen());
     drawer->open();
     const QWidget *area = window->findChild<QWidget *>(u"content"_s);
-    EXPECT_TRUE(QTest::qWaitFor(
-        [&] { return content.mapTo(area, QPoint(120, 0)).x() == area->width(); }, 2000))
+    EXPECT_SOON(content.mapTo(area, QPoint(120, 0)).x() == area->width())
         << "it is not at the right-hand edge";
     for (const quint64 edge : {quint64(1), quint64(77)})
         delegate->newDrawerWithContent(nullptr, edge)->open();

@@ -29,8 +29,7 @@ TEST_F(Host, TakesItsStepsInOrder)
         });
     }
     // With no folder for the log file its lines go to the system log, where the recorder sees them.
-    QFile blocked(services.home.filePath(u"Library"_s));
-    ASSERT_TRUE(blocked.open(QIODevice::WriteOnly));
+    makeFile(services.home.filePath(u"Library"_s), {});
     services.defaults[u"slvCore.elog"_s] = true;
     services.addResource(
         u"en.strings"_s,

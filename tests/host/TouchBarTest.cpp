@@ -18,9 +18,8 @@ public:
 };
 
 /// A host with a Touch Bar, and with three of the seven plugins that the icon row leads to.
-class WithTouchBar : public Host
+struct WithTouchBar : Host
 {
-protected:
     void SetUp() override
     {
         for (const char *name : {"logo_main_tb.svg", "PLUGIN_STATUS_TB.svg"}) {

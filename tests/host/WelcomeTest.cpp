@@ -9,9 +9,8 @@
 namespace {
 
 /// A host of the store edition whose user does one thing after the other.
-class StoreEdition : public Host
+struct StoreEdition : Host
 {
-protected:
     StoreEdition()
     {
         systemServices().edition = 1;
@@ -222,7 +221,7 @@ TEST_F(StoreEdition, LetsEveryoneWaitForTheOneAnswer)
         answers << delegate->getHomeDirectory();
     });
     answers << delegate->getHomeDirectory();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return answers.size() == 3; }, 3000));
+    EXPECT_SOON(answers.size() == 3);
     worker.join();
     EXPECT_EQ(answers, QStringList(3, realHome()));
     EXPECT_FALSE(ModalLoop::isRunning());

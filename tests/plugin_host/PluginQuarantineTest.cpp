@@ -6,9 +6,8 @@
 
 namespace {
 
-class Quarantine : public testing::Test
+struct Quarantine : testing::Test
 {
-protected:
     Quarantine()
     {
         services.addFixture(u"Good"_s, services.resources());
@@ -102,9 +101,8 @@ TEST_F(Quarantine, TellsTheNextRunWhichPluginTookThisOneDown)
 
 TEST_F(Quarantine, KeepsNoBreadcrumbsWhereThereIsNoRoom)
 {
-    QFile blocked(services.home.filePath(u"blocked"_s));
-    ASSERT_TRUE(blocked.open(QIODevice::WriteOnly));
-    QFile::link(blocked.fileName(), services.home.filePath(u"link"_s));
+    const QString blocked = makeFile(services.home.filePath(u"blocked"_s), {});
+    QFile::link(blocked, services.home.filePath(u"link"_s));
     for (const QString &path : {services.home.filePath(u"blocked/crumb"_s),
                                 services.home.filePath(u"link"_s), services.home.path()}) {
         PluginQuarantine quarantine;

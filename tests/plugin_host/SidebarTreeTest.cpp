@@ -36,9 +36,8 @@ TEST(SidebarTree, FindsOrGrowsHeadings)
 }
 
 /// A tree from headings written as "Title: row row".
-class RowNumbers : public testing::Test
+struct RowNumbers : testing::Test
 {
-protected:
     void make(const QStringList &description)
     {
         for (const QString &line : description) {

@@ -13,7 +13,7 @@ TEST(BackgroundJobs, DeliverOnTheMainThread)
         worked = QThread::currentThread();
         return [&] { delivered = QThread::currentThread(); };
     }));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return delivered != nullptr; }));
+    ASSERT_SOON(delivered != nullptr);
     EXPECT_EQ(delivered, QThread::currentThread());
     EXPECT_NE(worked, delivered);
     EXPECT_FALSE(jobs.isBusy(u"lane"_s));
@@ -36,7 +36,7 @@ TEST(BackgroundJobs, AHangingOneHoldsUpItsLaneOnly)
         }));
         EXPECT_FALSE(jobs.start(u"hangs"_s, [] { return [] {}; }));
         EXPECT_TRUE(jobs.start(u"other"_s, [&other] { return [&other] { other = true; }; }));
-        EXPECT_TRUE(QTest::qWaitFor([&] { return other; }));
+        EXPECT_SOON(other);
         EXPECT_TRUE(jobs.isBusy(u"hangs"_s));
     } // does not wait
     release.set_value();

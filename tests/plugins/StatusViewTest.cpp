@@ -41,7 +41,7 @@ TEST(StatusView, ReadsOnlyWhileItCanBeSeen)
     view.show();
     window.show();
     EXPECT_TRUE(monitor.isRunning());
-    ASSERT_TRUE(QTest::qWaitFor([&] { return readings.count() >= 2; }));
+    ASSERT_SOON(readings.count() >= 2);
 
     const std::tuple<const char *, std::function<void()>, std::function<void()>> changes[] = {
         {"another page", [&] { view.setShownByHost(false); }, [&] { view.setShownByHost(true); }},
@@ -58,7 +58,7 @@ TEST(StatusView, ReadsOnlyWhileItCanBeSeen)
         QTest::qWait(600); // a started monitor reads twice in that time
         EXPECT_EQ(readings.count(), 0);
         back();
-        EXPECT_TRUE(QTest::qWaitFor([&] { return readings.count() >= 1; }));
+        EXPECT_SOON(readings.count() >= 1);
     }
     view.setParent(nullptr);
     EXPECT_FALSE(monitor.isRunning()) << "taken out of the window";
@@ -71,17 +71,13 @@ TEST(StatusView, TellsWhatItShows)
     core.osVersion = u"Debian 12, Linux 6.1.0-18-amd64"_s;
     view.setShownByHost(true);
     view.show();
-    ASSERT_TRUE(
-        QTest::qWaitFor([&] { return accessibleNames(view).filter(u"Memory, "_s).size() == 1; }));
+    ASSERT_SOON(accessibleNames(view).filter(u"Memory, "_s).size() == 1);
     const QStringList names = accessibleNames(view);
     EXPECT_TRUE(names.contains(u"[Memory, [6.0 GB] of [15.3 GB] used]"_s))
         << qPrintable(names.join(u'\n'));
     EXPECT_TRUE(names.contains(u"[Running for]: [3 d 4 h]"_s));
-    EXPECT_TRUE(QTest::qWaitFor([&] {
-        return accessibleNames(view).filter(QRegularExpression(u": Debian 12$"_s)).size() == 1;
-    }));
-    EXPECT_TRUE(QTest::qWaitFor(
-        [&] { return accessibleNames(view).filter(u"[System volume], /, "_s).size() == 1; }));
+    EXPECT_SOON(accessibleNames(view).filter(QRegularExpression(u": Debian 12$"_s)).size() == 1);
+    EXPECT_SOON(accessibleNames(view).filter(u"[System volume], /, "_s).size() == 1);
     for (auto text = core.texts.cbegin(); text != core.texts.cend(); ++text)
         EXPECT_TRUE(text.key().startsWith(u"SZ_STATUS_"_s)) << qPrintable(text.key());
 }
@@ -97,9 +93,8 @@ TEST(StatusView, HasAWordForEverythingAMachineDoesNotTell)
             all << (label->isVisible() ? label->text() : QString());
         return all;
     };
-    ASSERT_TRUE(QTest::qWaitFor([&] { return texts().filter(u"Not reported"_s).size() == 4; }));
-    ASSERT_TRUE(
-        QTest::qWaitFor([&] { return texts().filter(u"Model not reported"_s).size() == 2; }));
+    ASSERT_SOON(texts().filter(u"Not reported"_s).size() == 4);
+    ASSERT_SOON(texts().filter(u"Model not reported"_s).size() == 2);
     EXPECT_TRUE(texts().contains(u"This computer"_s));
     EXPECT_TRUE(texts().contains(u"No volumes are reported"_s));
 }

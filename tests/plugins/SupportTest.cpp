@@ -17,10 +17,7 @@ namespace {
 
 void makeBundle(const QString &path, const QByteArray &info)
 {
-    QDir().mkpath(path + u"/Contents"_s);
-    QFile file(path + u"/Contents/Info.plist"_s);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(info);
+    makeFile(path + u"/Contents/Info.plist"_s, info);
 }
 
 QByteArray infoOf(const char *name, const char *version, bool binary = false)
@@ -96,7 +93,7 @@ TEST(SupportView, CopiesTheVersions)
     core.home = bundles.folder.filePath(u"home"_s);
     SupportView view(&core, bundles.own + u"/Support.bundle"_s);
     view.refresh();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return view.versionsText().contains(u"Extra"_s); }));
+    ASSERT_SOON(view.versionsText().contains(u"Extra"_s));
     QPushButton *copy = nullptr;
     for (auto *button : view.findChildren<QPushButton *>())
         copy = button->accessibleName() == u"[Copy the versions]"_s ? button : copy;
@@ -113,7 +110,7 @@ TEST(SupportView, CopiesTheVersions)
         return false;
     };
     EXPECT_TRUE(says());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !says(); }, 5000)) << "only briefly";
+    EXPECT_SOON(!says()) << "only briefly";
 }
 
 TEST(SupportView, LeadsToTheHelpPageAndToFeedback)

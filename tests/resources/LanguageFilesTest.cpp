@@ -22,9 +22,7 @@ QVariantMap texts(const QString &language)
 
 QString contentOf(const QString &path)
 {
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(path);
-    return QString::fromUtf8(file.readAll());
+    return QString::fromUtf8(fileContent(path));
 }
 
 /// All matches of the pattern's first group, in order.
@@ -68,9 +66,8 @@ QStringList sources()
     return result;
 }
 
-class LanguageFile : public testing::TestWithParam<const char *>
+struct LanguageFile : testing::TestWithParam<const char *>
 {
-protected:
     const QString language = QString::fromUtf8(GetParam());
     const QVariantMap english = texts(u"en"_s);
     const QVariantMap translated = texts(language);

@@ -7,9 +7,8 @@
 #include <QToolTip>
 
 /// A shown list of "A(a b) B() C(c d)", always open: rows A a b B C c d.
-class PXSourceListTest : public testing::Test
+struct PXSourceListTest : testing::Test
 {
-protected:
     BadgedTree tree{u"A(a b) B() C(c d)"_s};
     SourceDelegate delegate;
     PXSourceList list;

@@ -37,9 +37,8 @@ QImage iconOf(int size, const QColor &color)
 }
 
 /// A list "A(a b) A(c)" beside a text field in a window, drawn at a scale.
-class SourceListDrawing : public testing::TestWithParam<qreal>
+struct SourceListDrawing : testing::TestWithParam<qreal>
 {
-protected:
     ColouredTree tree{u"A(a b) A(c)"_s};
     SourceDelegate delegate;
     QWidget window;

@@ -29,9 +29,40 @@
 
 using namespace Qt::StringLiterals;
 
+/// Waits a while for what happens as events are handled.
+#define EXPECT_SOON(condition) EXPECT_TRUE(QTest::qWaitFor([&] { return bool(condition); }))
+#define ASSERT_SOON(condition) ASSERT_TRUE(QTest::qWaitFor([&] { return bool(condition); }))
+
+/// Makes a file of this content, and the folders above it. Returns its path.
+inline QString makeFile(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    EXPECT_TRUE(QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly)
+                && file.write(content) == content.size())
+        << qPrintable(path);
+    return path;
+}
+
+/// Nothing where the file cannot be read.
+inline QByteArray fileContent(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+inline void makePipe(const QString &path)
+{
+    EXPECT_EQ(::mkfifo(QFile::encodeName(path).constData(), 0600), 0) << qPrintable(path);
+}
+
 inline void PrintTo(const QString &text, std::ostream *out)
 {
     *out << (text.isNull() ? "(null)" : '"' + text.toStdString() + '"');
+}
+
+inline void PrintTo(const QByteArray &bytes, std::ostream *out)
+{
+    *out << '"' << bytes.toStdString() << '"';
 }
 
 inline void PrintTo(const QRect &rect, std::ostream *out)

@@ -2,18 +2,14 @@
 
 namespace {
 
-class BundleTest : public testing::Test
+struct BundleTest : testing::Test
 {
-protected:
     QTemporaryDir m_folder;
     const QString m_path = m_folder.path() + u"/Test.bundle"_s;
 
     void write(const QString &name, const QByteArray &content)
     {
-        QFile file(m_path + u"/Contents/"_s + name);
-        ASSERT_TRUE(QDir().mkpath(QFileInfo(file).path()));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
+        makeFile(m_path + u"/Contents/"_s + name, content);
     }
 };
 

@@ -240,19 +240,15 @@ TEST(PropertyList, RefusesWhatWouldExhaustTheMachine)
 TEST(PropertyList, ReadsRegularFilesOnly)
 {
     const QTemporaryDir folder;
-    const QString path = folder.filePath(u"list"_s);
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("a = b;\nc");
-    file.close();
+    const QString path = makeFile(folder.filePath(u"list"_s), "a = b;\nc");
     EXPECT_EQ(PropertyList::read(path).error(),
               path + u": line 2: expected = or ; after the key \"c\""_s);
-    ASSERT_TRUE(file.resize(6) && QFile::link(path, path + u".link"_s));
+    ASSERT_TRUE(QFile::resize(path, 6) && QFile::link(path, path + u".link"_s));
     EXPECT_EQ(PropertyList::read(path + u".link"_s).valueOr({}),
               QVariant(QVariantMap{{u"a"_s, u"b"_s}}));
 
     const QString pipe = folder.filePath(u"pipe"_s);
-    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    makePipe(pipe);
     for (const QString &other : {folder.path(), pipe, u"/dev/zero"_s, u""_s,
                                  folder.filePath(u"missing"_s), path + QChar(u'\0') + u"x"_s}) {
         const Result<QVariant> read = PropertyList::read(other);

@@ -2,11 +2,7 @@
 
 namespace {
 
-struct Told
-{
-    const char *path;
-    QByteArray content;
-};
+using Told = std::pair<const char *, QByteArray>;
 
 /// A machine made of these files.
 class Machine
@@ -14,13 +10,8 @@ class Machine
 public:
     explicit Machine(const QList<Told> &files)
     {
-        for (const Told &told : files) {
-            const QString path = m_root.filePath(QString::fromLatin1(told.path));
-            QDir().mkpath(QFileInfo(path).path());
-            QFile file(path);
-            EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-            file.write(told.content);
-        }
+        for (const auto &[path, content] : files)
+            makeFile(m_root.filePath(QString::fromLatin1(path)), content);
     }
     QString root() const { return m_root.path(); }
     RealMachineFacts facts() const { return RealMachineFacts(m_root.path()); }
@@ -110,8 +101,7 @@ TEST(RealMachineFacts, AreReadFromWhatFilesThereAre)
 TEST(RealMachineFacts, WaitsForNoPipe)
 {
     const Machine machine(QList<Told>{{kernel, "6.6.1"}});
-    ASSERT_EQ(::mkdir(QFile::encodeName(machine.root() + u"/etc"_s).constData(), 0700), 0);
-    ASSERT_EQ(::mkfifo(QFile::encodeName(machine.root() + u"/etc/os-release"_s).constData(), 0600),
-              0);
+    QDir(machine.root()).mkdir(u"etc"_s);
+    makePipe(machine.root() + u"/etc/os-release"_s);
     EXPECT_EQ(machine.facts().osVersion(), u"Linux 6.6.1"_s);
 }

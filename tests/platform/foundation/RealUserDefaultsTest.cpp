@@ -6,17 +6,11 @@
 
 namespace {
 
-class RealUserDefaultsTest : public testing::Test
+struct RealUserDefaultsTest : testing::Test
 {
-protected:
     QTemporaryDir m_folder;
     const QString m_path = m_folder.filePath(u"Solvane/solvane.conf"_s);
-
-    QByteArray content() const
-    {
-        QFile file(m_path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    QByteArray content() const { return fileContent(m_path); }
 };
 
 } // namespace
@@ -68,15 +62,13 @@ TEST_F(RealUserDefaultsTest, KeepsValuesAndTheirTypesAcrossARestart)
 
 TEST_F(RealUserDefaultsTest, SaysWhenNothingCouldBeWrittenAndTriesAgain)
 {
-    QFile inTheWay(m_folder.filePath(u"Solvane"_s));
-    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
-    inTheWay.close();
+    const QString inTheWay = makeFile(m_folder.filePath(u"Solvane"_s), {});
     RealUserDefaults defaults(m_path);
     EXPECT_TRUE(defaults.synchronize());
     defaults.setValue(u"a"_s, 1);
     EXPECT_FALSE(defaults.synchronize());
     EXPECT_EQ(defaults.value(u"a"_s), QVariant(1));
-    inTheWay.remove();
+    QFile::remove(inTheWay);
     ASSERT_TRUE(QDir().mkpath(m_path));
     EXPECT_FALSE(defaults.synchronize());
     ASSERT_TRUE(QDir().rmdir(m_path));
@@ -86,11 +78,8 @@ TEST_F(RealUserDefaultsTest, SaysWhenNothingCouldBeWrittenAndTriesAgain)
 
 TEST_F(RealUserDefaultsTest, KeepsWhatItDoesNotUnderstand)
 {
-    ASSERT_TRUE(QDir().mkpath(QFileInfo(m_path).path()));
-    QFile file(m_path);
     const QByteArray damaged = "[General]\na=int:1\nhand=true\nint=int:x\nwithout value\n";
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(damaged) == damaged.size());
-    file.close();
+    makeFile(m_path, damaged);
     RealUserDefaults defaults(m_path);
     EXPECT_EQ(defaults.value(u"a"_s), QVariant(1));
     EXPECT_TRUE(defaults.value(u"hand"_s).toBool());
@@ -98,9 +87,7 @@ TEST_F(RealUserDefaultsTest, KeepsWhatItDoesNotUnderstand)
     defaults.setValue(u"b"_s, true);
     EXPECT_TRUE(defaults.synchronize());
     EXPECT_TRUE(content().contains("a=int:1\nb=bool:true\nhand=true\nint=int:x\n"));
-    QFile kept(m_path + u".damaged"_s);
-    ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
-    EXPECT_EQ(kept.readAll(), damaged);
+    EXPECT_EQ(fileContent(m_path + u".damaged"_s), damaged);
 }
 
 TEST_F(RealUserDefaultsTest, IsReadFromAnyThreadWhileItChanges)
@@ -126,7 +113,7 @@ TEST_F(RealUserDefaultsTest, IsReadFromAnyThreadWhileItChanges)
     // A change from another thread is made here.
     done = false;
     std::thread writer([&] { defaults.setValue(u"other"_s, 1), done = defaults.synchronize(); });
-    EXPECT_TRUE(QTest::qWaitFor([&] { return done.load(); }));
+    EXPECT_SOON(done.load());
     writer.join();
     EXPECT_EQ(defaults.value(u"other"_s), QVariant(1));
 }

@@ -15,9 +15,8 @@ QByteArray drawing(const QByteArray &color, const QByteArray &size = "10")
         + "' viewBox='0 0 10 10'><rect width='10' height='10' fill='" + color + "'/></svg>";
 }
 
-class FileIconsTest : public testing::Test
+struct FileIconsTest : testing::Test
 {
-protected:
     FileIconsTest()
     {
         services.addResource(u"icon-document.svg"_s, drawing("#111111"));
@@ -71,7 +70,7 @@ TEST_F(FileIconsTest, ShowWhatAnItemIs)
           QByteArray("\x7f"
                      "ELF\2\1\1\0\0\0\0\0\0\0\0\0\2\0\76\0",
                      20));
-    ASSERT_EQ(::mkfifo(QFile::encodeName(services.home.filePath(u"pipe"_s)).constData(), 0600), 0);
+    makePipe(services.home.filePath(u"pipe"_s));
     const std::tuple<const char *, const char *> cases[] = {
         {"X.app", "#777777"},   {"X.app/", "#777777"},        {"Bad.app", "#333333"},
         {"", "#222222"},        {"named.desktop", "#555555"}, {"file.desktop", "#666666"},
@@ -103,7 +102,7 @@ TEST_F(FileIconsTest, ShowWhatAnItemIs)
         elsewhere = middle(FileIcons::ofFile(u"a.mp4"_s, 16));
         done = true;
     });
-    EXPECT_TRUE(QTest::qWaitFor([&] { return done.load(); }));
+    EXPECT_SOON(done.load());
     other.join();
     EXPECT_EQ(elsewhere, u"#444444"_s);
 }
@@ -125,7 +124,7 @@ TEST_F(FileIconsTest, AreReadFromSaneFilesOnly)
     const QByteArray packed = "\x1f\x8b" + QByteArray(100'000, '\0');
     for (const QByteArray &content : {QByteArray("no image"), QByteArray(), bomb, packed})
         EXPECT_TRUE(IconImage::read(write(u"bad"_s, content), 16).isNull());
-    ASSERT_EQ(::mkfifo(QFile::encodeName(services.home.filePath(u"pipe"_s)).constData(), 0600), 0);
+    makePipe(services.home.filePath(u"pipe"_s));
     for (const QString &name : {u"pipe"_s, u""_s, u"missing"_s})
         EXPECT_TRUE(IconImage::read(services.home.filePath(name), 16).isNull());
 }

@@ -4,9 +4,8 @@
 #include <QDragEnterEvent>
 
 /// Rows A a b B c, of 24 pixels each.
-class OutlineViewDragTest : public testing::Test
+struct OutlineViewDragTest : testing::Test
 {
-protected:
     OutlineTree tree{u"A(a b) B(c)"_s};
     OutlineView view;
     QMimeData data;

@@ -7,9 +7,8 @@
 #include <QScrollBar>
 
 /// A shown view of "A(a b c) B(d) C()" with A and B open, in rows A a b c B d C.
-class OutlineViewTest : public testing::Test
+struct OutlineViewTest : testing::Test
 {
-protected:
     OutlineTree tree{u"A(a b c) B(d) C()"_s};
     OutlineView view;
     QAbstractItemModelTester tester{view.model(),

@@ -33,9 +33,8 @@ struct Thrower : QWidget
 };
 
 /// A shown window with a button in its content, and a view with two controls that nobody owns yet.
-class Panels : public testing::Test
+struct Panels : testing::Test
 {
-protected:
     Panels()
     {
         window.setCentralWidget(new QWidget);
@@ -122,14 +121,13 @@ TEST_F(Panels, ASheetSlidesWhereTheDesktopAnimates)
     style.duration = 150;
     window.beginSheet(view.get());
     EXPECT_LT(inWindow(view.get()).y(), 0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return inWindow(view.get()).y() == 0; }, 2000));
+    EXPECT_SOON(inWindow(view.get()).y() == 0);
     window.endSheet(view.get());
     EXPECT_EQ(view->parentWidget(), nullptr) << "its owner may do what it wants with it at once";
     window.beginSheet(view.get());
     EXPECT_NE(sheet(), nullptr) << "while the picture of the last one slides away";
     window.endSheet(view.get());
-    EXPECT_TRUE(QTest::qWaitFor(
-        [&] { return window.centralWidget()->findChildren<Sheet *>().isEmpty(); }, 2000));
+    EXPECT_SOON(window.centralWidget()->findChildren<Sheet *>().isEmpty());
     window.hide();
     window.beginSheet(view.get());
     EXPECT_EQ(inWindow(view->parentWidget()->parentWidget()).y(), 0) << "nobody would see it slide";
@@ -161,7 +159,7 @@ TEST_F(Panels, ASheetEndsWithItsView)
         window.beginSheet(view.get());
         ASSERT_NE(sheet(), nullptr);
         lose();
-        EXPECT_TRUE(QTest::qWaitFor([&] { return !sheet(); }, 1000));
+        EXPECT_SOON(!sheet());
         EXPECT_EQ(window.focusWidget(), below);
     }
     window.beginSheet(nullptr);
@@ -339,12 +337,12 @@ TEST_F(Panels, ADrawerSlidesAndStaysBehindASheet)
     drawer.open();
     EXPECT_TRUE(drawer.isOpen());
     EXPECT_LT(inWindow(view.get()).x(), 0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return inWindow(view.get()).x() == 0; }, 2000));
+    EXPECT_SOON(inWindow(view.get()).x() == 0);
     EXPECT_EQ(window.centralWidget()->childAt(inWindow(last) + QPoint(5, 5)), sheet());
     window.endSheet(&other);
     drawer.close();
     EXPECT_FALSE(drawer.isOpen());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !view->isVisible(); }, 2000));
+    EXPECT_SOON(!view->isVisible());
 }
 
 TEST_F(Panels, ADrawerIsDeletedAtAnyMoment)

@@ -37,9 +37,8 @@ public:
     }
 };
 
-class TouchBarStripTest : public testing::Test
+struct TouchBarStripTest : testing::Test
 {
-protected:
     Maker maker;
     MainWindow window;
     QLineEdit *field = new QLineEdit;

@@ -33,9 +33,8 @@ private:
 };
 
 /// The feedback sheet on the screen.
-class FeedbackPage : public EngineHost
+struct FeedbackPage : EngineHost
 {
-protected:
     FeedbackPage()
     {
         addEngine();
@@ -60,7 +59,7 @@ protected:
     void loadHostilePage()
     {
         view->loadAddress(QUrl::fromLocalFile(QStringLiteral(HOSTILE_PAGE)).toString());
-        ASSERT_TRUE(QTest::qWaitFor([&] { return view->findChild<QWidget *>(); }));
+        ASSERT_SOON(view->findChild<QWidget *>());
         ASSERT_TRUE(becomes(u"document.title + document.readyState"_s, u"hostilecomplete"_s));
     }
     QStringList opened() { return services.recorder.take().filter(u"open url"_s); }
@@ -164,7 +163,7 @@ TEST_F(FeedbackPage, EndsItsSheetAndIsGone)
         // What follows the first call comes from a page that nobody sees any more.
         view->runScript(QString::fromLatin1(call) + u"; slv.open('too-late'); slv.hideWindow()"_s,
                         {});
-        EXPECT_TRUE(QTest::qWaitFor([&] { return !isShown(); }));
+        EXPECT_SOON(!isShown());
         EXPECT_TRUE(becomes(u"document.body.innerText"_s, u"."_s)) << "in the background, too";
         EXPECT_EQ(opened().filter(u"too-late"_s), QStringList());
         feedback->refresh();
@@ -180,12 +179,12 @@ TEST_F(FeedbackPage, ThatFailsGivesWayToAText)
     for (const QString &address : {u"file:///no/such/page.html"_s, u"http://127.0.0.1:1/"_s,
                                    u"gopher:x"_s, u"chrome://crash"_s}) {
         view->loadHtml(u"before"_s);
-        ASSERT_TRUE(QTest::qWaitFor([&] { return view->findChild<QWidget *>(); }));
+        ASSERT_SOON(view->findChild<QWidget *>());
         ASSERT_TRUE(becomes(u"document.body && document.body.innerText"_s, u"before"_s));
         view->loadAddress(address);
         EXPECT_TRUE(becomes(u"document.body && document.body.innerText"_s, message))
             << qPrintable(address);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return !isBusy(); }));
+        EXPECT_SOON(!isBusy());
         services.recorder.take();
         feedback->refresh();
         EXPECT_EQ(opened().size(), 1) << qPrintable(address);
@@ -197,7 +196,7 @@ TEST_F(FeedbackPage, ThatHangsCanBeClosed)
 {
     const SilentServer server;
     view->loadAddress(server.address());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return isBusy(); }));
+    EXPECT_SOON(isBusy());
     services.recorder.take();
     feedback->refresh();
     EXPECT_EQ(opened(), QStringList());
@@ -207,5 +206,5 @@ TEST_F(FeedbackPage, ThatHangsCanBeClosed)
     feedback->refresh();
     EXPECT_EQ(opened().size(), 1);
     show();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !isBusy(); }));
+    EXPECT_SOON(!isBusy());
 }

@@ -6,9 +6,8 @@
 #include <optional>
 
 /// A host that has the real engine, and a web view in which pages are asked.
-class EngineHost : public Host
+struct EngineHost : Host
 {
-protected:
     void addEngine() const
     {
         QDir().mkpath(services.root.filePath(QStringLiteral("Solvane.app/Contents/PlugIns")));

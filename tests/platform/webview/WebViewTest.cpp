@@ -9,9 +9,8 @@
 namespace {
 
 /// A host, and a web view as a plugin gets one.
-class Pages : public EngineHost
+struct Pages : EngineHost
 {
-protected:
     Pages()
     {
         start();
@@ -20,12 +19,7 @@ protected:
         view->resize(300, 200);
     }
 
-    static bool engineIsMapped()
-    {
-        QFile maps(u"/proc/self/maps"_s);
-        EXPECT_TRUE(maps.open(QIODevice::ReadOnly));
-        return maps.readAll().contains("WebEngine");
-    }
+    static bool engineIsMapped() { return fileContent(u"/proc/self/maps"_s).contains("WebEngine"); }
 
     /// Loads a page into a view that is governed like those of spinners.
     void govern(const QString &html) const
@@ -34,7 +28,7 @@ protected:
         QCoreApplication::processEvents();
         view->loadHtml(html);
         view->show();
-        ASSERT_TRUE(QTest::qWaitFor([&] { return view->findChild<QWidget *>(); }));
+        ASSERT_SOON(view->findChild<QWidget *>());
         ASSERT_TRUE(becomes(u"document.title + document.readyState"_s, u"tryingcomplete"_s));
     }
 
@@ -49,7 +43,7 @@ TEST_F(Pages, LoadTheEngineWhenTheFirstOneIsSeen)
     const QString text = u"<b>Only</b> text"_s;
     view->loadHtml(text);
     view->show();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return view->findChild<QLabel *>(); }));
+    EXPECT_SOON(view->findChild<QLabel *>());
     EXPECT_EQ(view->findChild<QLabel *>()->text(), u"Only text"_s) << "there is no engine";
     EXPECT_EQ(services.recorder.take().filter(u"No web page can be shown"_s).size(), 1);
     view->hide();
@@ -68,7 +62,7 @@ TEST_F(Pages, LoadTheEngineWhenTheFirstOneIsSeen)
     QTest::qWait(50);
     EXPECT_FALSE(engineIsMapped()) << "nobody looks";
     view->show();
-    EXPECT_TRUE(QTest::qWaitFor([] { return engineIsMapped(); }));
+    EXPECT_SOON(engineIsMapped());
     EXPECT_TRUE(becomes(u"document.title"_s, u"seen"_s));
 }
 
@@ -87,7 +81,7 @@ TEST_F(Pages, OfTheSpinnerTurnAndEnd)
     QFile::copy(QStringLiteral(SPINNER_PAGE), services.resources() + u"/ui-spinner.htm"_s);
     delegate->uiCreateIndeterminateSpinner(view);
     view->show();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return view->findChild<QWidget *>(); }));
+    ASSERT_SOON(view->findChild<QWidget *>());
     EXPECT_TRUE(becomes(u"document.getAnimations().length"_s, 1));
     EXPECT_TRUE(ask(u"document.baseURI"_s).toString().endsWith(u"/ui-spinner.htm"_s));
     delegate->uiFreeIndeterminateSpinner(view);
@@ -171,17 +165,12 @@ TEST_F(Pages, ToldToTheConsoleReachTheSystemLog)
     addEngine();
     ASSERT_NO_FATAL_FAILURE(govern(u"<title>trying</title>"_s));
     services.recorder.take();
-    delegate->webViewAddMessageToConsole(
-        view,
-        {{u"lineNumber"_s, 7}, {u"sourceURL"_s, u"file:///a/b.js"_s}, {u"message"_s, u"x"_s}});
-    delegate->webViewAddMessageToConsole(view, {{u"message"_s, u"x"_s}});
     ask(u"console.error('from the page')"_s);
     QStringList lines;
     EXPECT_TRUE(QTest::qWaitFor([&] {
         lines += services.recorder.take();
-        return lines.size() >= 3;
+        return !lines.isEmpty();
     }));
-    EXPECT_EQ(lines.value(0), u"syslog WebKit error @ b.js:7\nx\n---"_s);
-    EXPECT_EQ(lines.value(1), u"syslog WebKit message: {message = x; }"_s);
-    EXPECT_TRUE(lines.value(2).contains(u"from the page"_s)) << qPrintable(lines.value(2));
+    EXPECT_TRUE(lines.value(0).startsWith(u"syslog WebKit error @ "_s)) << qPrintable(lines[0]);
+    EXPECT_TRUE(lines.value(0).contains(u"from the page"_s)) << qPrintable(lines.value(0));
 }
