@@ -64,17 +64,6 @@ TEST_F(Navigation, ShowsThePluginOfTheClickedRow)
     EXPECT_EQ(list()->selectedRowIndexes(), RowIndexes{2});
 }
 
-TEST_F(Navigation, WalksOverHeadingsWithTheArrowKeys)
-{
-    list()->setFocus();
-    QTest::keyClick(list(), Qt::Key_Up);
-    EXPECT_EQ(shownView(), good);
-    QTest::keyClick(list(), Qt::Key_Down);
-    EXPECT_EQ(shownView(), status);
-    QTest::keyClick(list(), Qt::Key_Down);
-    EXPECT_EQ(shownView(), status) << "there is no entry below";
-}
-
 TEST_F(Navigation, ShowsPluginsById)
 {
     EXPECT_TRUE(delegate->showPlugin(good));

@@ -57,6 +57,16 @@ struct Bundles
 
 } // namespace
 
+/// The first part of the view of which that holds.
+template <typename Part, typename Condition>
+Part *find(const QWidget &view, const Condition &holds)
+{
+    const auto parts = view.findChildren<Part *>();
+    const auto found = std::find_if(parts.begin(), parts.end(), holds);
+    EXPECT_NE(found, parts.end());
+    return found == parts.end() ? nullptr : *found;
+}
+
 class Browser : public QObject
 {
     Q_OBJECT
@@ -94,11 +104,9 @@ TEST(SupportView, CopiesTheVersions)
     SupportView view(&core, bundles.own + u"/Support.bundle"_s);
     view.refresh();
     ASSERT_SOON(view.versionsText().contains(u"Extra"_s));
-    QPushButton *copy = nullptr;
-    for (auto *button : view.findChildren<QPushButton *>())
-        copy = button->accessibleName() == u"[Copy the versions]"_s ? button : copy;
-    ASSERT_TRUE(copy);
-    copy->click();
+    find<QPushButton>(view, [](auto *button) {
+        return button->accessibleName() == u"[Copy the versions]"_s;
+    })->click();
     EXPECT_EQ(QGuiApplication::clipboard()->text(),
               u"[Solvane]: v612, [Web edition]\nQt: %1\nBroken: \u2013\nFolder: \u2013\n"
               "Huge: \u2013\nNetzwerk \u00fc: 7\nNumber: \u2013\nStatus: 600\n"
@@ -117,14 +125,12 @@ TEST(SupportView, LeadsToTheHelpPageAndToFeedback)
 {
     FakeCore core;
     SupportView view(&core, u"/nowhere/Support.bundle"_s);
-    for (auto *button : view.findChildren<QPushButton *>())
-        if (button->text().contains(u"Feedback"_s))
-            button->click();
+    find<QPushButton>(view, [](auto *button) {
+        return button->text().contains(u"Feedback"_s);
+    })->click();
     EXPECT_EQ(core.feedbacks, 1);
-    QLabel *link = nullptr;
-    for (auto *label : view.findChildren<QLabel *>())
-        link = label->text().contains(u"https:"_s) ? label : link;
-    ASSERT_TRUE(link);
+    auto *link =
+        find<QLabel>(view, [](auto *label) { return label->text().contains(u"https:"_s); });
     EXPECT_NE(link->focusPolicy(), Qt::NoFocus);
     Browser browser;
     QDesktopServices::setUrlHandler(u"https"_s, &browser, "open");
@@ -147,10 +153,9 @@ TEST(SupportView, ShowsWhatFeedbackSendsBeforeItDoes)
     FakeCore core;
     core.osVersion = u"System 1 (x)"_s;
     SupportView view(&core, u"/nowhere/Support.bundle"_s);
-    QLabel *toggle = nullptr;
-    for (auto *label : view.findChildren<QLabel *>())
-        toggle = label->accessibleName() == u"[Show or hide what is sent]"_s ? label : toggle;
-    ASSERT_TRUE(toggle);
+    auto *toggle = find<QLabel>(view, [](auto *label) {
+        return label->accessibleName() == u"[Show or hide what is sent]"_s;
+    });
     const auto shown = [&] {
         QStringList values;
         for (const auto *label : view.findChildren<QLabel *>()) {
@@ -161,6 +166,8 @@ TEST(SupportView, ShowsWhatFeedbackSendsBeforeItDoes)
     };
     EXPECT_EQ(shown(), QStringList());
     core.helpers = &helpers;
+    EXPECT_TRUE(view.versionsText().contains(u"[Anonymous identifier]: "_s + helpers.anonymousUUID()
+                                             + u'\n'));
     Q_EMIT toggle->linkActivated(u"#"_s);
     QStringList values = shown();
     ASSERT_EQ(values.size(), 11);
@@ -191,17 +198,6 @@ TEST(SupportView, SwitchesTheExtendedLogAndFollowsTheHost)
     QEvent enter(QEvent::Enter);
     QApplication::sendEvent(box->parentWidget(), &enter);
     EXPECT_FALSE(box->isChecked()) << "switched in the menu while the page shows";
-}
-
-TEST(SupportView, TellsTheAnonymousIdentifier)
-{
-    const TestServices services;
-    sharedHelpers helpers;
-    FakeCore core;
-    core.helpers = &helpers;
-    const SupportView view(&core, u"/nowhere/Support.bundle"_s);
-    EXPECT_TRUE(view.versionsText().contains(u"[Anonymous identifier]: "_s + helpers.anonymousUUID()
-                                             + u'\n'));
 }
 
 #include "SupportTest.moc"

@@ -1,14 +1,7 @@
 #pragma once
 
 #include "sourcelist/PXSourceList.h"
-
-#include <gtest/gtest.h>
-
-#include <QTest>
-
-#include <functional>
-
-using namespace Qt::StringLiterals;
+#include "tests/support/OutlineRows.h"
 
 /// A heading or entry of a tree, with its children as QObject children.
 class SourceItem : public QObject
@@ -34,14 +27,8 @@ public:
 
     explicit SourceTree(const QString &tree)
     {
-        const QStringList groups = tree.split(u')', Qt::SkipEmptyParts);
-        for (const QString &group : groups) {
-            const QStringList parts = group.trimmed().split(u'(');
-            QObject *top = new SourceItem(parts[0], &root);
-            const QStringList names = parts[1].split(u' ', Qt::SkipEmptyParts);
-            for (const QString &name : names)
-                new SourceItem(name, top);
-        }
+        growTree(tree, &root,
+                 [](const QString &name, QObject *parent) { return new SourceItem(name, parent); });
     }
     SourceItem *item(const QString &name) const
     {
@@ -143,19 +130,3 @@ private:
         log << n.name.mid(12) + (item ? u" "_s + item->objectName() : QString());
     }
 };
-
-/// The names of the rows, with the selected ones in brackets: "A [a] b B".
-inline QString rowsOf(const PXSourceList &list)
-{
-    QStringList names;
-    for (int row = 0; row < list.numberOfRows(); ++row) {
-        const QString name = list.itemAtRow(row)->objectName();
-        names << (list.isRowSelected(row) ? u"["_s + name + u"]"_s : name);
-    }
-    return names.join(u' ');
-}
-
-inline void click(PXSourceList &list, int row)
-{
-    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.rectOfRow(row).center().toPoint());
-}

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ui/OutlineView.h"
+#include "tests/support/OutlineRows.h"
 
 /// An item of a tree, named by its object name, with its children as QObject children.
 inline QObject *makeItem(const QString &name, QObject *parent)
@@ -26,15 +26,7 @@ public:
     Qt::DropAction dropAction = Qt::IgnoreAction;
 
     /// "A(a b) B(c)": items at the top with their children.
-    explicit OutlineTree(const QString &tree)
-    {
-        for (const QString &group : tree.split(u')', Qt::SkipEmptyParts)) {
-            const QStringList parts = group.trimmed().split(u'(');
-            QObject *top = makeItem(parts[0], &root);
-            for (const QString &name : parts[1].split(u' ', Qt::SkipEmptyParts))
-                makeItem(name, top);
-        }
-    }
+    explicit OutlineTree(const QString &tree) { growTree(tree, &root, makeItem); }
     QObject *item(const QString &name) const { return root.findChild<QObject *>(name); }
     QStringList takeLog() { return std::exchange(log, {}); }
 
@@ -120,25 +112,3 @@ private:
         log << what + notification.userInfo.value<QObject *>(u"item"_s)->objectName();
     }
 };
-
-/// The names of the rows, with the selected ones in brackets: "A [a] b B".
-inline QString rowsOf(const OutlineView &view)
-{
-    QStringList names;
-    for (int row = 0; row < view.numberOfRows(); ++row) {
-        const QObject *item = view.itemAtRow(row);
-        const QString name = item ? item->objectName() : u"?"_s;
-        names << (view.isRowSelected(row) ? u"["_s + name + u"]"_s : name);
-    }
-    return names.join(u' ');
-}
-
-inline QPoint middleOfRow(const OutlineView &view, int row)
-{
-    return view.rectOfRow(row).center().toPoint();
-}
-
-inline void click(OutlineView &view, int row, Qt::KeyboardModifiers modifiers = {})
-{
-    QTest::mouseClick(view.viewport(), Qt::LeftButton, modifiers, middleOfRow(view, row));
-}
