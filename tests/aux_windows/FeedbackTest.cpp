@@ -41,10 +41,6 @@ struct Feedback : Host
         window = InterfaceFile::load(u"MainMenu"_s, delegate.get());
         services.serialNumber = [] { return QByteArray("XYZ\0\0\0ABC", 9); };
     }
-    QStringList opened()
-    {
-        return services.recorder.take().filter(QRegularExpression(u"^(open|alert|exit)"_s));
-    }
 };
 
 } // namespace
@@ -70,15 +66,15 @@ TEST_F(Feedback, OpensAnAddressThatTellsElevenThings)
             address.replace(u"LANG"_s, language)
                 .replace(u"ROOT"_s, services.root.path())
                 .replace(u"EDITION"_s, edition == 2 ? u"WWW"_s : u"MAS"_s);
-            EXPECT_EQ(opened(), QStringList{address});
+            EXPECT_EQ(outside(), QStringList{address});
         }
     }
     delegate->uiSendFeedback();
-    EXPECT_EQ(opened().size(), 1) << "as often as it is asked for";
+    EXPECT_EQ(outside().size(), 1) << "as often as it is asked for";
     services.workspaceOpens = false;
     item("miFeedback")->trigger();
     EXPECT_EQ(
-        opened().value(1),
+        outside().value(1),
         u"alert Solvane|No web browser could be opened. You can visit this page with a browser "
         "of your choice:\n\nhttps://feedback.solvane.example/inapp-feedback-v5|OK|"_s);
 }
@@ -107,13 +103,13 @@ TEST_F(Feedback, OpensNothingThatIsNoAddress)
          {u""_s, u"no scheme"_s, u"/path"_s, u"https://a/?model=\"x\""_s, u"https://a/?m=x\ny"_s,
           u"https://a/?m=100%"_s, u"https://a b/"_s}) {
         feedback.navigateTo(address);
-        EXPECT_EQ(opened(), QStringList()) << qPrintable(address);
+        EXPECT_EQ(outside(), QStringList()) << qPrintable(address);
     }
     feedback.open(u"docs/page"_s);
-    EXPECT_EQ(opened(), QStringList{u"open url http://docs/page"_s});
+    EXPECT_EQ(outside(), QStringList{u"open url http://docs/page"_s});
     for (const QString &address : {u"https://a/?model=B&W#1"_s, u"https://a/?model=Büro機"_s}) {
         feedback.navigateTo(address);
-        EXPECT_EQ(opened(), QStringList{u"open url "_s + address});
+        EXPECT_EQ(outside(), QStringList{u"open url "_s + address});
     }
 }
 
@@ -127,7 +123,7 @@ TEST_F(Feedback, WithoutItsInterfaceFileDoesNothing)
     feedback.refresh();
     feedback.show();
     feedback.hide();
-    EXPECT_EQ(opened(), QStringList());
+    EXPECT_EQ(outside(), QStringList());
 }
 
 TEST_F(Feedback, LetsItsPageDoLittle)
@@ -180,7 +176,7 @@ TEST_F(Feedback, RunsItsSheetUntilItIsHidden)
         feedback.show();
         EXPECT_TRUE(wasShown) << way;
         EXPECT_EQ(close(), nullptr) << way;
-        EXPECT_EQ(opened().size(), 1) << "the browser has the page";
+        EXPECT_EQ(outside().size(), 1) << "the browser has the page";
         const QStringList lines = logLines();
         const auto hasLine = [&](const QString &place) {
             return !lines.filter(QRegularExpression(u" slvFeedback::%1:\\d+$"_s.arg(place)))
@@ -190,7 +186,7 @@ TEST_F(Feedback, RunsItsSheetUntilItIsHidden)
             EXPECT_TRUE(hasLine(place)) << qPrintable(place);
     }
     feedback.exit();
-    EXPECT_EQ(opened(), QStringList{u"exit 0"_s});
+    EXPECT_EQ(outside(), QStringList{u"exit 0"_s});
 }
 
 TEST_F(Feedback, OffersThreeSelectorsToScripts)

@@ -33,12 +33,6 @@ struct Sheets : Host
         services.runScheduled();
         services.recorder.take();
     }
-    /// In the sheet that shows; null when it does not.
-    template <typename T = QLabel>
-    T *part(const char *name) const
-    {
-        return window->findChild<T *>(QString::fromLatin1(name));
-    }
     QString text(const char *name) const
     {
         return part(name) ? part(name)->text() : u"not shown"_s;

@@ -45,6 +45,18 @@ struct Host : testing::Test
         return views.isEmpty() ? QString() : views.first()->objectName();
     }
 
+    /// In the window; null where there is none of that name.
+    template <typename T = QLabel>
+    T *part(const char *name) const
+    {
+        return window->findChild<T *>(QString::fromLatin1(name));
+    }
+    /// What the user, or the system, has got to do with since it was asked last.
+    QStringList outside()
+    {
+        return services.recorder.take().filter(QRegularExpression(u"^(open|alert|exit|choose)"_s));
+    }
+
     QString logPath() const { return services.home.path() + u"/Library/Logs/solvane.log"_s; }
     QStringList logLines() const
     {

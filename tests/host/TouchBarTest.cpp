@@ -7,16 +7,6 @@
 
 namespace {
 
-/// Hears of taps.
-class Target : public QObject
-{
-    Q_OBJECT
-
-public:
-    QStringList heard;
-    Q_INVOKABLE void tapped(const QString &title) { heard << title; }
-};
-
 /// A host with a Touch Bar, and with three of the seven plugins that the icon row leads to.
 struct WithTouchBar : Host
 {
@@ -62,7 +52,7 @@ struct WithTouchBar : Host
     void request(QObject *target, QWidget *sheet = nullptr)
     {
         delegate->uiMakeSLVSystemTouchbarWithButtons({u"One"_s, u"Two & Co"_s}, target,
-                                                     Selector(u"tapped:"_s), sheet);
+                                                     Selector(u"note:"_s), sheet);
     }
     bool showsSystemBar() const { return items() == HostTouchBar::systemItems(); }
 };
@@ -94,7 +84,7 @@ TEST_F(WithTouchBar, TapsLeadToPluginsByTheirPlaceInTheWholeList)
 
 TEST_F(WithTouchBar, PluginButtonsReachTheirTargetALittleLater)
 {
-    auto target = std::make_unique<Target>();
+    auto target = std::make_unique<Recorder>();
     request(target.get());
     EXPECT_EQ(
         items(),
@@ -105,16 +95,16 @@ TEST_F(WithTouchBar, PluginButtonsReachTheirTargetALittleLater)
     tap(2, 1);
     EXPECT_EQ(services.recorder.take().filter(u"after"_s), QStringList{u"after 0.2"_s});
     delegate->uiRevertToSystemTouchbar(); // the tap counts all the same
-    EXPECT_TRUE(target->heard.isEmpty());
+    EXPECT_TRUE(target->events.isEmpty());
     services.runScheduled();
-    EXPECT_EQ(target->heard, QStringList{u"Two & Co"_s});
+    EXPECT_EQ(target->events, QStringList{u"Two & Co"_s});
 
     delegate->uiMakeSLVTouchbarWithButtons({u"Three"_s}, nullptr, Selector(u"other:"_s), nullptr);
     EXPECT_TRUE(showsSystemBar());
     SegmentedControl kept({u"One"_s}, delegate.get(), Selector(u"tbPluginPressed:"_s));
     QTest::mouseClick(kept.segment(0), Qt::LeftButton);
     services.runScheduled();
-    EXPECT_EQ(target->heard.size(), 2) << "target, selector and titles outlast the bar";
+    EXPECT_EQ(target->events.size(), 2) << "target, selector and titles outlast the bar";
     QTest::mouseClick(kept.segment(0), Qt::LeftButton);
     target.reset();
     services.runScheduled();
@@ -126,7 +116,7 @@ TEST_F(WithTouchBar, PluginButtonsReachTheirTargetALittleLater)
 
 TEST_F(WithTouchBar, EveryNavigationAndSheetEndRevertsToTheSystemBar)
 {
-    Target target;
+    Recorder target;
     const std::function<void()> ways[] = {
         [&] { tap(1, 0); },
         [&] { delegate->showPlugin(u"plugin.nobody"_s); },
@@ -144,7 +134,7 @@ TEST_F(WithTouchBar, EveryNavigationAndSheetEndRevertsToTheSystemBar)
 
 TEST_F(WithTouchBar, ASheetHasABarOfItsOwn)
 {
-    Target target;
+    Recorder target;
     QWidget sheet;
     request(&target, &sheet);
     EXPECT_TRUE(showsSystemBar());
@@ -179,5 +169,3 @@ int main(int argc, char **argv)
 {
     return testMain<TouchBarApplication>(argc, argv);
 }
-
-#include "TouchBarTest.moc"

@@ -29,19 +29,13 @@ struct StoreEdition : Host
 
     QString realHome() const { return services.actualHome; }
 
-    /// In the welcome window, while it shows.
-    template <typename T = QWidget>
-    T *part(const char *name) const
-    {
-        return window->findChild<T *>(QString::fromLatin1(name));
-    }
-    void press(const char *name) const { QTest::mouseClick(part(name), Qt::LeftButton); }
+    void press(const char *name) const { QTest::mouseClick(part<QWidget>(name), Qt::LeftButton); }
 
     /// What the user does when the welcome window has come up.
     void whenWelcomed(const std::function<void()> &act)
     {
         QTimer::singleShot(0, window.get(), [this, act] {
-            if (part("tvWelcomeMain"))
+            if (part<QWidget>("tvWelcomeMain"))
                 return act();
             ADD_FAILURE() << "the welcome window does not show";
             ModalLoop::stopModal();
@@ -51,11 +45,6 @@ struct StoreEdition : Host
     {
         return services.defaults.value(QString::fromLatin1(key)).toString();
     }
-    QStringList asked()
-    {
-        return services.recorder.take().filter(QRegularExpression(u"^(choose|alert|exit)"_s));
-    }
-
     QTemporaryDir accountHome; ///< not where HOME points to
 };
 
@@ -72,15 +61,15 @@ TEST_F(StoreEdition, AsksForTheHomeFolderUntilItIsTheRightOne)
         const auto *pages = part<QTabWidget>("tvWelcomeMain");
         EXPECT_EQ(pages->currentIndex(), 0);
         EXPECT_FALSE(pages->tabBar()->isVisible());
-        EXPECT_FALSE(part("lblExit")->isVisible());
+        EXPECT_FALSE(part<QWidget>("lblExit")->isVisible());
         EXPECT_EQ(part<QPushButton>("btnNext")->text(), u"Go"_s);
         EXPECT_EQ(part<QLabel>("lblWelcomeTitle")->text(), u"Welcome to Solvane"_s);
         EXPECT_FALSE(delegate->uiModalShowing()) << "it is not counted";
         press("btnNext");
         EXPECT_EQ(pages->currentIndex(), 1);
-        EXPECT_TRUE(part("lblExit")->isVisible());
+        EXPECT_TRUE(part<QWidget>("lblExit")->isVisible());
         press("btnSelect");
-        EXPECT_EQ(asked(),
+        EXPECT_EQ(outside(),
                   (QStringList{question, alert.arg(realHome(), u"/tmp/wrong"_s), question,
                                alert.arg(realHome(), realHome() + u'/'), question}));
         EXPECT_TRUE(ModalLoop::isRunning()) << "cancelled: the window stays";
@@ -91,7 +80,7 @@ TEST_F(StoreEdition, AsksForTheHomeFolderUntilItIsTheRightOne)
     delegate->applicationDidFinishLaunching();
     services.runScheduled();
     EXPECT_TRUE(isDone);
-    EXPECT_EQ(part("tvWelcomeMain"), nullptr);
+    EXPECT_EQ(part<QWidget>("tvWelcomeMain"), nullptr);
     EXPECT_EQ(stored("slv.sandbox.home"), realHome().toUpper()) << "the letter case is free";
     EXPECT_EQ(delegate->getHomeDirectory(), realHome().toUpper()) << "it asks once";
     EXPECT_EQ(delegate->stringByExpandingTildeInPath(u"~/a~b"_s),
@@ -147,14 +136,14 @@ TEST_F(StoreEdition, SpeaksTheUsersLanguageInTheMiddleOfTheScreen)
         EXPECT_EQ(window->frameGeometry().center(), services.visibleFrame.center());
         for (const auto &[name, key] : texts) {
             if (name) {
-                EXPECT_EQ(part(name)->property("text"), u"of "_s + QLatin1StringView(key));
+                EXPECT_EQ(part<QWidget>(name)->property("text"), u"of "_s + QLatin1StringView(key));
             }
         }
         press("btnSelect");
     });
     delegate->getHomeDirectory();
     const QString question = u"choose of SZ_HOME_POLITE|/Users/tester"_s;
-    const QStringList heard = asked();
+    const QStringList heard = outside();
     EXPECT_EQ(heard.value(0), question);
     EXPECT_TRUE(heard.value(1).startsWith("alert of SZ_HOME_ERROR_TITLE|"_L1));
     EXPECT_EQ(heard.value(2), question);
@@ -170,7 +159,7 @@ TEST_F(StoreEdition, AsksInFrontOfASheetThatComesBackAfterwards)
     QCoreApplication::processEvents();
     EXPECT_TRUE(sheet.isVisible());
     whenWelcomed([&] {
-        EXPECT_TRUE(part("tvWelcomeMain")->isVisible());
+        EXPECT_TRUE(part<QWidget>("tvWelcomeMain")->isVisible());
         EXPECT_FALSE(sheet.isVisible());
         delegate->_beginModalSheet(&later, MainWindow::InTurn);
         EXPECT_FALSE(later.isVisible());
@@ -193,7 +182,7 @@ TEST_F(StoreEdition, EndsTheProgramForAUserWhoRefuses)
     for (const bool byTouchBar : {false, true}) {
         whenWelcomed([&] {
             welcome.tbPressed(u"Something else"_s);
-            EXPECT_EQ(asked(), QStringList());
+            EXPECT_EQ(outside(), QStringList());
             welcome.tbPressed(u"Next"_s);
             if (byTouchBar)
                 welcome.tbPressed(u"Disallow access and exit"_s);
@@ -201,7 +190,7 @@ TEST_F(StoreEdition, EndsTheProgramForAUserWhoRefuses)
                 press("lblExit");
         });
         EXPECT_FALSE(welcome.show());
-        EXPECT_EQ(asked(), QStringList{u"exit 0"_s});
+        EXPECT_EQ(outside(), QStringList{u"exit 0"_s});
     }
 }
 
