@@ -1,23 +1,9 @@
 #include "helpers/appBundle.h"
 
+#include "support/BinaryPropertyList.h"
 #include "support/TestServices.h"
 
-#include <plist/plist.h>
-
 namespace {
-
-QByteArray binary(const QByteArray &xml)
-{
-    plist_t list = nullptr;
-    plist_from_xml(xml.constData(), uint32_t(xml.size()), &list);
-    char *bytes = nullptr;
-    uint32_t size = 0;
-    plist_to_bin(list, &bytes, &size);
-    const QByteArray written(bytes, size);
-    plist_free(list);
-    std::free(bytes);
-    return written;
-}
 
 struct AppBundle : testing::Test
 {
@@ -56,7 +42,7 @@ TEST_F(AppBundle, AnswersFromEveryFormOfManifest)
         "<key>CFBundleGetInfoString</key><string>\xc3\xa4</string>"
         "<key>CFBundleIdentifier</key><string>a.b</string>"
         "<key>CFBundleShortVersionString</key><string>1.2</string></dict></plist>";
-    for (const QByteArray &manifest : {text, xml, binary(xml)}) {
+    for (const QByteArray &manifest : {text, xml, asBinary(xml)}) {
         write(manifest);
         EXPECT_EQ(answers(path),
                   u"$/Contents/Info.plist|$/Contents/Resources/AppIcon.icns|The Name|"

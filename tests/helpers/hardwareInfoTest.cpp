@@ -9,24 +9,23 @@ TEST(HardwareInfo, AnswersWhatTheMachineTellsOrItsFallback)
 {
     TestServices services;
     hardwareInfo info;
+    const auto answers = [&info] {
+        return u"%1|%2|%3|%4|%5|%6"_s.arg(info.modelName(), info.osVersion(), info.osLanguage())
+            .arg(info.cpuCount())
+            .arg(info.cpuSpeed())
+            .arg(info.ramSize());
+    };
     services.preferredLanguages.clear();
     EXPECT_TRUE(info.modelName().isNull());
     EXPECT_TRUE(info.osLanguage().isNull());
-    EXPECT_EQ(info.cpuCount(), 1);
-    EXPECT_EQ(info.cpuSpeed(), 0);
-    EXPECT_EQ(info.ramSize(), 0);
+    EXPECT_EQ(answers(), u"|||1|0|0"_s);
     services.preferredLanguages = QStringList{u"pt-BR"_s, u"en"_s};
     services.cpuCount = 8;
     services.cpuSpeed = 2400;
     services.ramSize = 16000;
     services.osVersion = u"Debian 12"_s;
     services.modelName = u"Maker Model"_s;
-    EXPECT_EQ(info.osLanguage(), u"pt-BR"_s);
-    EXPECT_EQ(info.cpuCount(), 8);
-    EXPECT_EQ(info.cpuSpeed(), 2400);
-    EXPECT_EQ(info.ramSize(), 16000);
-    EXPECT_EQ(info.osVersion(), u"Debian 12"_s);
-    EXPECT_EQ(info.modelName(), u"Maker Model"_s);
+    EXPECT_EQ(answers(), u"Maker Model|Debian 12|pt-BR|8|2400|16000"_s);
 }
 
 TEST(HardwareInfo, MeasuresVolumes)

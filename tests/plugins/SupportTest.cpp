@@ -2,6 +2,7 @@
 #include "helpers/sharedHelpers.h"
 #include "plugins/support/BundleVersions.h"
 #include "plugins/support/SupportView.h"
+#include "support/BinaryPropertyList.h"
 #include "support/TestServices.h"
 
 #include <QApplication>
@@ -11,8 +12,6 @@
 #include <QGuiApplication>
 #include <QUrl>
 
-#include <plist/plist.h>
-
 namespace {
 
 void makeBundle(const QString &path, const QByteArray &info)
@@ -20,18 +19,10 @@ void makeBundle(const QString &path, const QByteArray &info)
     makeFile(path + u"/Contents/Info.plist"_s, info);
 }
 
-QByteArray infoOf(const char *name, const char *version, bool binary = false)
+QByteArray infoOf(const QByteArray &name, const QByteArray &version)
 {
-    plist_t dictionary = plist_new_dict();
-    plist_dict_set_item(dictionary, "CFBundleName", plist_new_string(name));
-    plist_dict_set_item(dictionary, "CFBundleVersion", plist_new_string(version));
-    char *text = nullptr;
-    uint32_t length = 0;
-    (binary ? plist_to_bin : plist_to_xml)(dictionary, &text, &length);
-    const QByteArray info(text, length);
-    plist_to_xml_free(text);
-    plist_free(dictionary);
-    return info;
+    return "<plist><dict><key>CFBundleName</key><string>" + name
+        + "</string><key>CFBundleVersion</key><string>" + version + "</string></dict></plist>";
 }
 
 /// A folder of the program's bundles and a home with a bundle that was added.
@@ -44,14 +35,14 @@ struct Bundles
     Bundles()
     {
         makeBundle(own + u"/Status.bundle"_s, infoOf("Status", "600"));
-        makeBundle(own + u"/network.bundle"_s, infoOf("Netzwerk \xc3\xbc", "7", true));
+        makeBundle(own + u"/network.bundle"_s, asBinary(infoOf("Netzwerk \xc3\xbc", "7")));
         makeBundle(own + u"/Broken.bundle"_s, "<plist><dict><key>");
         makeBundle(own + u"/Number.bundle"_s,
                    "<plist><dict><key>CFBundleVersion</key><integer>3</integer></dict></plist>");
         makeBundle(own + u"/Huge.bundle"_s, infoOf("Huge", "1") + QByteArray(2 << 20, ' '));
         makeBundle(own + u"/Folder.bundle/Contents/Info.plist"_s, "");
         makeBundle(own + u"/Other.app"_s, infoOf("Other", "1"));
-        makeBundle(added + u"/Extra.bundle"_s, infoOf("<b>Extra</b>", "1.2"));
+        makeBundle(added + u"/Extra.bundle"_s, infoOf("&lt;b>Extra&lt;/b>", "1.2"));
     }
 };
 

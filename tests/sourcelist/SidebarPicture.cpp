@@ -3,7 +3,6 @@
 #include "tests/sourcelist/SourceListTree.h"
 
 #include <QPainter>
-#include <QTest>
 #include <QTextStream>
 
 namespace {

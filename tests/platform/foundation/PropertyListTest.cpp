@@ -1,10 +1,9 @@
 #include "platform/foundation/PropertyList.h"
 
 #include "platform/foundation/PropertyListLimits.h"
+#include "tests/support/BinaryPropertyList.h"
 
 #include <QStringEncoder>
-
-#include <plist/plist.h>
 
 namespace {
 
@@ -13,19 +12,6 @@ QByteArray xml(const QByteArray &content)
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist PUBLIC \"-//x\" \"y\">\n"
            "<plist version=\"1.0\">"
         + content + "</plist>\n";
-}
-
-QByteArray asBinary(const QByteArray &document)
-{
-    plist_t root = nullptr;
-    plist_from_xml(document.constData(), uint32_t(document.size()), &root);
-    char *bytes = nullptr;
-    uint32_t length = 0;
-    plist_to_bin(root, &bytes, &length);
-    const QByteArray result(bytes, length);
-    plist_to_bin_free(bytes);
-    plist_free(root);
-    return result;
 }
 
 QByteArray bigEndian(quint64 value, int size)
