@@ -1,12 +1,10 @@
 #include "app/ReducedMotion.h"
 #include "platform/ui/HostLook.h"
 
-#include <QApplication>
 #include <QDBusConnection>
 #include <QDBusContext>
 #include <QDBusMessage>
 #include <QDBusVariant>
-#include <QProcess>
 #include <QStyle>
 
 namespace {

@@ -1,7 +1,5 @@
 #include "host/HostFixture.h"
 
-#include <QAccessible>
-#include <QCheckBox>
 #include <QSlider>
 
 namespace {

@@ -1,8 +1,6 @@
 #include "aux_windows/mndTextField.h"
 #include "support/TestServices.h"
 
-#include <QAccessible>
-
 namespace {
 
 class Target : public QObject

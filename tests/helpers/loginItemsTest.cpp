@@ -6,8 +6,6 @@
 #include "support/FullDisk.h"
 #include "support/TestServices.h"
 
-#include <QProcess>
-
 namespace {
 
 struct LoginItems : testing::Test

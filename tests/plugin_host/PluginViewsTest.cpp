@@ -1,8 +1,6 @@
 #include "plugin_host/mndPlugins.h"
 #include "support/TestServices.h"
 
-#include <QCheckBox>
-#include <QLineEdit>
 #include <QTabWidget>
 #include <QVBoxLayout>
 

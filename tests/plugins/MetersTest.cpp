@@ -5,8 +5,6 @@
 #include "plugins/status/Sizes.h"
 #include "plugins/status/Uptime.h"
 
-#include <QProcess>
-
 TEST(LoadMeter, CountsNeitherIdleNorWaitingNorGuestTimeTwice)
 {
     const std::tuple<const char *, const char *, double> cases[] = {

@@ -3,7 +3,6 @@
 #include "plugins/status/HistoryChart.h"
 #include "plugins/status/VolumeList.h"
 
-#include <QRegularExpression>
 #include <QSignalSpy>
 
 namespace {

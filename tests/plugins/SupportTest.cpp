@@ -5,11 +5,8 @@
 #include "support/BinaryPropertyList.h"
 #include "support/TestServices.h"
 
-#include <QApplication>
-#include <QCheckBox>
 #include <QClipboard>
 #include <QDesktopServices>
-#include <QGuiApplication>
 #include <QUrl>
 
 namespace {

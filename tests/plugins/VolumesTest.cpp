@@ -1,8 +1,6 @@
 #include "plugins/status/Volumes.h"
 #include "plugins/status/ReadFile.h"
 
-#include <QProcess>
-
 namespace {
 
 std::vector<Volume> volumesOf(const char *machine)

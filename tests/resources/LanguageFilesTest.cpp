@@ -2,7 +2,6 @@
 
 #include <QDirIterator>
 #include <QMap>
-#include <QRegularExpression>
 
 namespace {
 

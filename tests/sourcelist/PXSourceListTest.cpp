@@ -1,6 +1,5 @@
 #include "tests/sourcelist/SourceListTree.h"
 
-#include <QAccessible>
 #include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QMenu>

@@ -2,7 +2,6 @@
 
 #include "sourcelist/SourceListGeometry.h"
 
-#include <QApplication>
 #include <QPainter>
 
 namespace {

@@ -4,10 +4,12 @@
 #include "platform/foundation/RealFileSystem.h"
 
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 
 #include <algorithm>
+#include <filesystem>
+
+namespace fs = std::filesystem;
 
 using namespace Qt::StringLiterals;
 
@@ -177,24 +179,13 @@ QString TestServices::write(const QString &path, const QByteArray &content)
     return path;
 }
 
-void TestServices::copyFolder(const QString &from, const QString &to)
-{
-    QDir().mkpath(to);
-    QDirIterator entries(from, QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden);
-    while (entries.hasNext()) {
-        const QFileInfo entry(entries.next());
-        const QString target = to + u'/' + entry.fileName();
-        if (entry.isDir() && !entry.isSymLink())
-            copyFolder(entry.filePath(), target);
-        else if (!QFile::copy(entry.filePath(), target))
-            qFatal("a fixture could not be copied: %s", qUtf8Printable(entry.filePath()));
-    }
-}
-
 void TestServices::addFixture(const QString &fixture, const QString &folder, const QString &name)
 {
     const QString bundle = u"/%1.bundle"_s.arg(name.isNull() ? fixture : name);
-    copyFolder(SOLVANE_FIXTURES_DIR u"/%1/%1.bundle"_s.arg(fixture), folder + bundle);
+    QDir().mkpath(folder);
+    fs::copy((SOLVANE_FIXTURES_DIR u"/%1/%1.bundle"_s).arg(fixture).toStdString(),
+             (folder + bundle).toStdString(),
+             fs::copy_options::recursive | fs::copy_options::copy_symlinks);
 }
 
 void TestServices::runScheduled()

@@ -42,9 +42,6 @@ public:
     ~TestServices();
     Q_DISABLE_COPY_MOVE(TestServices)
 
-    /// Copies a folder tree, links as links.
-    static void copyFolder(const QString &from, const QString &to);
-
     QString resources() const
     {
         return root.filePath(QStringLiteral("Solvane.app/Contents/Resources"));

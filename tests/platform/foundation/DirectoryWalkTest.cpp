@@ -18,20 +18,15 @@ FileRecords walk(const QString &path, int threads = 3)
 }
 
 /// What a reader finds who goes from entry to entry.
-void readOneByOne(const std::string &folder, FileRecords &records)
+FileRecords readOneByOne(const std::string &folder)
 {
-    DIR *listing = ::opendir(folder.c_str());
-    while (const dirent *entry = ::readdir(listing)) {
-        const std::string name = entry->d_name, path = folder + '/' + name;
+    FileRecords records;
+    for (const auto &entry : std::filesystem::recursive_directory_iterator(folder)) {
         struct stat status;
-        if (name == "." || name == ".." || ::lstat(path.c_str(), &status) != 0)
-            continue;
-        if (S_ISDIR(status.st_mode))
-            readOneByOne(path, records);
-        else
-            records.push_back({FilePath::decode(path), status.st_size});
+        if (::lstat(entry.path().c_str(), &status) == 0 && !S_ISDIR(status.st_mode))
+            records.push_back({FilePath::decode(entry.path().native()), status.st_size});
     }
-    ::closedir(listing);
+    return records;
 }
 
 size_t openDescriptors()
@@ -89,8 +84,7 @@ TEST(DirectoryWalk, FindsAllThatIsNoFolder)
     ASSERT_EQ(::bind(socket, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
     ::close(socket);
 
-    FileRecords expected;
-    readOneByOne(tree.path(), expected);
+    const FileRecords expected = readOneByOne(tree.path());
     ASSERT_EQ(expected.size(), 7u);
     EXPECT_EQ(walk(tree.text()), expected);
     EXPECT_EQ(walk(tree.text() + u'/'), expected);
@@ -118,8 +112,7 @@ TEST(DirectoryWalk, KeepsTheOrderOfTheFoldersWithManyThreadsAndFewDescriptors)
     }
     for (int i = 0; i < 10000; ++i)
         tree.file("7/many" + std::to_string(i), 3);
-    FileRecords expected;
-    readOneByOne(tree.path(), expected);
+    const FileRecords expected = readOneByOne(tree.path());
     const size_t open = openDescriptors();
     const FewDescriptors few(256);
     for (int threads : {1, 2, 4})

@@ -1,8 +1,6 @@
 #include "tests/platform/ui/OutlineViewTree.h"
 
 #include <QAbstractItemModelTester>
-#include <QAccessible>
-#include <QLineEdit>
 #include <QMenu>
 #include <QScrollBar>
 

@@ -1,8 +1,6 @@
 #include "platform/ui/ProgressIndicator.h"
 #include "tests/support/MotionStyle.h"
 
-#include <QApplication>
-
 TEST(ProgressIndicator, TurnsOnlyWhileItIsSeen)
 {
     MotionStyle style;

@@ -4,9 +4,7 @@
 #include "platform/ui/ModalLoop.h"
 #include "tests/support/MotionStyle.h"
 
-#include <QAccessible>
 #include <QDialog>
-#include <QLineEdit>
 #include <QPointer>
 #include <QShortcut>
 #include <QVBoxLayout>

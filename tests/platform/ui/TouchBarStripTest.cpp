@@ -4,8 +4,6 @@
 #include "platform/ui/ProgressIndicator.h"
 #include "platform/ui/SegmentedControl.h"
 
-#include <QApplication>
-#include <QLineEdit>
 #include <QStyle>
 
 namespace {

@@ -1,7 +1,6 @@
 #include "aux_windows/slvFeedback.h"
 #include "platform/webview/PageFixture.h"
 
-#include <QApplication>
 #include <QContextMenuEvent>
 #include <QDragEnterEvent>
 #include <QMimeData>
