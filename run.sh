@@ -16,7 +16,7 @@ elif [[ -z ${DISPLAY:-} ]]; then
     packages+=("${SOLVANE_DISPLAY_PACKAGES[@]}")
 fi
 install_packages "${packages[@]}"
-build_preset "$root" release -DSOLVANE_TESTS=OFF
+build_preset "$root" release all -DSOLVANE_TESTS=OFF
 
 program=$root/build/release/Solvane.app/Contents/MacOS/solvane
 if [[ -n ${DISPLAY:-}${WAYLAND_DISPLAY:-} ]]; then

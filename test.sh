@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
 # Builds Solvane with its tests and runs them all, without a display.
 #
-#     ./test.sh [--preset dev|asan|tsan|release] [arguments for ctest]
+#     ./test.sh [--preset dev|asan|tsan|release] [--threads] [arguments for ctest]
+#
+# With --threads only the tests that are about threads.
 set -euo pipefail
 
 root=$(cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")" && pwd)
@@ -19,7 +21,7 @@ case ${1:-} in
         shift
         ;;
     -h | --help)
-        sed -n '2,4s/^# \{0,1\}//p' "$root/test.sh"
+        sed -n '2,6s/^# \{0,1\}//p' "$root/test.sh"
         exit
         ;;
 esac
@@ -33,7 +35,13 @@ esac
 
 install_packages "${SOLVANE_BUILD_PACKAGES[@]}" "${SOLVANE_RUN_PACKAGES[@]}" \
     "${SOLVANE_DISPLAY_PACKAGES[@]}" "${SOLVANE_TEST_PACKAGES[@]}"
-build_preset "$root" "$preset" -DSOLVANE_TESTS=ON
+target=all
+if [[ ${1:-} == --threads ]]; then
+    shift
+    target=threaded_tests
+    set -- --label-regex threads "$@"
+fi
+build_preset "$root" "$preset" "$target" -DSOLVANE_TESTS=ON
 
 # A test that wants a display starts one; none may open a window on the desktop of whoever runs this.
 unset DISPLAY WAYLAND_DISPLAY

@@ -37,7 +37,7 @@ function(solvane_library name)
 endfunction()
 
 # solvane_test(NAME [THREADS] SOURCES ... LIBS ...): a GoogleTest program, run headless. THREADS
-# marks those that are worth running under the thread sanitizer: ./test.sh --preset tsan -L threads
+# marks those that are worth running under the thread sanitizer: ./test.sh --preset tsan --threads
 function(solvane_test name)
     cmake_parse_arguments(PARSE_ARGV 1 ARG "THREADS" "" "SOURCES;LIBS")
     add_executable(${name} ${ARG_SOURCES})
@@ -48,5 +48,6 @@ function(solvane_test name)
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8" TIMEOUT 300)
     if(ARG_THREADS)
         set_tests_properties(${name} PROPERTIES LABELS threads)
+        add_dependencies(threaded_tests ${name})
     endif()
 endfunction()

@@ -23,8 +23,8 @@ class Welcome : public WindowController
     Q_PROPERTY(QPushButton *btnSelect MEMBER btnSelect)
 
 public:
-    /// Loads the interface file. Most never see it, and to lay it out takes the fonts: until somebody
-    /// asks, there is no window.
+    /// Loads the interface file. Most never see it, and to lay it out takes the fonts: until
+    /// somebody asks, there is no window.
     /// @return whether there is one now.
     bool load();
     /// Runs as a sheet of the main window and returns when it is hidden. Asked again meanwhile, it

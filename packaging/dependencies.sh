@@ -94,15 +94,16 @@ install_packages() {
     return 1
 }
 
-# build_preset ROOT PRESET [CONFIGURE ARGUMENT...] - configures and builds on every core. The output
-# goes to the error stream: the standard output belongs to the program that is started afterwards.
+# build_preset ROOT PRESET TARGET [CONFIGURE ARGUMENT...] - configures and builds on every core. The
+# output goes to the error stream: the standard output belongs to the program that is started
+# afterwards.
 build_preset() {
-    local root=$1 preset=$2
-    shift 2
+    local root=$1 preset=$2 target=$3
+    shift 3
     (
         cd "$root"
         cmake --preset "$preset" "$@"
-        cmake --build --preset "$preset" --parallel "$(nproc)"
+        cmake --build --preset "$preset" --target "$target" --parallel "$(nproc)"
     ) >&2
 }
 

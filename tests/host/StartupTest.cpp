@@ -54,7 +54,6 @@ TEST_F(Host, TakesItsStepsInOrder)
                   u"resource en.strings"_s,
                   u"menu about"_s,
                   stamp + u"stringResource:def::1373 Unable to get SZ_MENU_QUIT\n"_s,
-                  u"load Welcome"_s,
                   u"load slvFeedback"_s,
                   u"resource v5-title-blu.svg"_s,
                   u"resource v5-title-blu.png"_s,
