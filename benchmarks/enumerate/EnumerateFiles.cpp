@@ -1,7 +1,8 @@
 /// enumerate FOLDER RUNS - finds the files of the folder, with sizes, in several ways in turns, and
-/// prints for each the median of its times beside that of find's. Ends with 1 when the walk misses
+/// prints the median of its own times beside that of each. Ends with 1 when the walk misses
 /// its budget, with 2 when a way does not find as many files as find does.
 
+#include "benchmarks/Table.h"
 #include "helpers/fileEnum.h"
 #include "platform/foundation/FilePath.h"
 
@@ -148,15 +149,17 @@ int main(int argc, char **argv)
         }
     }
     const double budget = processors() > 1 ? budgetOfSeveral : budgetOfOne;
-    std::printf("%zu files, %d processors, median of %d\n", found[1], processors(), runs);
+    const std::string what = "Finding " + std::to_string(found[1]) + " files, "
+        + std::to_string(processors()) + (processors() > 1 ? " processors" : " processor");
+    bool isKept = true;
     for (size_t i = 0; i < count; ++i) {
-        std::printf("  %-20s %8.1f ms  %5.2f", ways[i].first, median(times[i]),
-                    median(times[i]) / median(times[0]));
-        if (i == 1)
-            std::printf("  budget %.2f", budget);
-        std::puts("");
         if (i > 1 && found[i] != found[1])
             return 2;
+        if (i == 1)
+            continue;
+        isKept &= tableRow(what, withUnit(median(times[1]), "ms"),
+                           ways[i].first + (' ' + withUnit(median(times[i]), "ms")),
+                           median(times[1]) / median(times[i]), i == 0 ? budget : 0);
     }
-    return median(times[1]) / median(times[0]) <= budget ? 0 : 1;
+    return isKept ? 0 : 1;
 }

@@ -1,3 +1,4 @@
+#include "benchmarks/Table.h"
 #include "helpers/sharedHelpers.h"
 #include "host/mndAppDelegate.h"
 #include "platform/foundation/Bundle.h"
@@ -50,8 +51,8 @@ void writeBare(const char *path, const QByteArray &line)
 
 } // namespace
 
-/// Prints what a call of log: costs while logging is off, and while it is on beside the least that
-/// writing a line takes. Ends with 1 when the budget is missed.
+/// What a call of log: costs while logging is off, and while it is on beside the least that writing
+/// a line takes. Ends with 1 when the budget is missed.
 int main(int argc, char **argv)
 {
     const QTemporaryDir home;
@@ -85,10 +86,9 @@ int main(int argc, char **argv)
     const QByteArray line = "23/11/2026 00:45 " + message.toUtf8() + '\n';
     const double bare = nanoseconds(20'000, [&] { writeBare(bareFile.constData(), line); });
 
-    std::printf("%-34s %10.0f ns   budget %.0f ns   %s\n", "log: while it is off", off, allowedOff,
-                off <= allowedOff ? "kept" : "MISSED");
-    std::printf("%-34s %10.0f lines a second\n", "log: while it is on", 1e9 / on);
-    std::printf("%-34s %10.0f lines a second   ratio %.2f\n", "open, write, close", 1e9 / bare,
-                on / bare);
-    return off <= allowedOff ? 0 : 1;
+    const bool isKept = tableRow("A log line while logging is off, ns", withUnit(off, "ns", 0), "",
+                                 off, allowedOff);
+    tableRow("A log line while it is on", withUnit(on / 1000, "us"),
+             "open, write, close " + withUnit(bare / 1000, "us"), on / bare, 0);
+    return isKept ? 0 : 1;
 }

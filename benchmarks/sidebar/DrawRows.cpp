@@ -1,3 +1,4 @@
+#include "benchmarks/Table.h"
 #include "platform/ui/Application.h"
 #include "sourcelist/PXSourceList.h"
 
@@ -145,10 +146,10 @@ int main(int argc, char **argv)
         theirs.push_back(milliseconds(plain));
     }
     const double ratio = median(ours) / median(theirs);
-    std::printf("Drawing %d rows %16.2f ms   plain tree %.2f ms   ratio %.2f   budget %.1f   %s\n",
-                count, median(ours), median(theirs), ratio, allowed,
-                ratio <= allowed ? "kept" : "MISSED");
-    return ratio <= allowed ? 0 : 1;
+    return tableRow("Drawing " + std::to_string(count) + " rows", withUnit(median(ours), "ms", 2),
+                    "plain tree " + withUnit(median(theirs), "ms", 2), ratio, allowed)
+        ? 0
+        : 1;
 }
 
 #include "DrawRows.moc"
