@@ -114,6 +114,13 @@ is_running() { kill -0 "$pid" 2>/dev/null; }
 is_gone() { ! is_running; }
 has_focus() { [[ $(xdotool getactivewindow 2>/dev/null) == "$(window "$@")" ]]; }
 
+# Whether the program knows where the window manager has put its window; clicks go by what it says.
+is_in_place() {
+    local placed
+    placed=$(xwininfo -id "$(window)" | awk '/Absolute upper-left/ { printf "%s ", $NF }')
+    [[ $(objects frame "${1:-Solvane}") == "$placed"* ]]
+}
+
 # start_shown [ARGUMENT...] - and waits for the window with its sidebar.
 start_shown() {
     start "$@"
@@ -125,6 +132,7 @@ expect_shown() {
     xdotool windowactivate "$(window)"
     expect "the main window in front" has_focus
     expect "the sidebar's headings" shows "tree item" "${first_heading:-Cleaning}"
+    expect "the window in its place" is_in_place
 }
 
 # expect_end STATUS - of the program, by itself. "failure" is any status but 0.
