@@ -24,7 +24,7 @@ SOLVANE_TEST_PACKAGES=(
     fonts-noto-cjk imagemagick openbox wmctrl x11-utils xauth xclip xdotool
 )
 
-SOLVANE_BENCHMARK_PACKAGES=(libbenchmark-dev libxdamage-dev dbus openbox x11-utils xdotool)
+SOLVANE_BENCHMARK_PACKAGES=(libxdamage-dev dbus openbox x11-utils xdotool)
 
 say() {
     printf '%s\n' "$*" >&2
