@@ -96,6 +96,29 @@ TEST_F(PluginLoading, HoldsOutAmongTenThousandEntries)
     EXPECT_EQ(reports.all.size(), 2501);
 }
 
+TEST_F(PluginLoading, LoadsManyInOrderWhileTheNextAreRead)
+{
+    const QStringList names{
+        u"FirstOne"_s,        u"Good"_s,       u"Hidden"_s,     u"NoView"_s,
+        u"NotAPlugin"_s,      u"OddHeading"_s, u"ReturnsNil"_s, u"ThrowsInConstructor"_s,
+        u"UnresolvedSymbol"_s};
+    QStringList paths;
+    for (const QString &name : names) {
+        services.addFixture(name, services.resources());
+        paths << own(name + u".bundle"_s);
+    }
+    QDir().mkpath(own(u"Zero.bundle"_s));
+    paths << own(u"Zero.bundle"_s);
+    plugins.loadAllPlugins();
+    EXPECT_EQ(ids(), names.first(4) + QStringList{u"OddHeading"_s});
+    QStringList handled;
+    for (const PluginLoadReport &report : reports.all) {
+        handled << report.path;
+        EXPECT_TRUE(report.accepted || !report.problems.isEmpty()) << qPrintable(report.path);
+    }
+    EXPECT_EQ(handled, paths);
+}
+
 TEST_F(PluginLoading, RefusesBrokenBundlesWithAReason)
 {
     const std::tuple<const char *, bool, const char *> cases[] = {
