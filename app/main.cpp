@@ -151,7 +151,8 @@ int run(const CommandLine &commandLine, Application &application)
         delegate.windowShouldClose(window.get());
     }
     application.finishLaunching();
-    if (!commandLine.hidden)
+    // Not before: to lay it out takes the fonts, and the rest of the start has to wait anyway.
+    if (!commandLine.hidden && !application.isTerminating())
         window->show();
     for (const QString &document : commandLine.documents)
         application.openFile(document);

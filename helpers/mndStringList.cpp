@@ -118,7 +118,10 @@ bool mndStringList::loadFromFile(const QString &path)
         return false;
     clear();
     const std::optional<QByteArray> content = disk().readFile(path, largestFile);
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    // A mark of the byte order is a character like any other: it may begin a name.
+    QStringDecoder decoder(QStringDecoder::Utf8,
+                           QStringDecoder::Flag::Stateless
+                               | QStringDecoder::Flag::ConvertInitialBom);
     const QString text = decoder(content.value_or(QByteArray()));
     if (!content || decoder.hasError())
         return false;

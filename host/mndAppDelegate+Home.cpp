@@ -54,13 +54,21 @@ bool mndAppDelegate::askForHomeDirectory()
 {
     if (!_welcome || !_window || !_welcome->load())
         return false;
+    // A plugin may ask before the start is over, or in a start that shows nothing; nobody could
+    // answer.
+    if (!_window->isVisible())
+        showMainWindow();
     _window->center();
     return _welcome->show();
 }
 
 QString mndAppDelegate::stringByExpandingTildeInPath(const QString &path)
 {
-    return QString(path).replace(u'~', getHomeDirectory());
+    if (!path.contains(u'~'))
+        return path;
+    const QString home = getHomeDirectory();
+    // Without one "~/x" would become "/x", which is another's.
+    return home.isNull() ? QString() : QString(path).replace(u'~', home);
 }
 
 void mndAppDelegate::saveHomeDirectory(const QString &path)

@@ -167,13 +167,13 @@ void mndAppDelegate::_loaded()
 void mndAppDelegate::_loaded2()
 {
     systemServices().scheduler->after(endOfStartupDelay, this, [this] {
+        noteFirstPlace();
         if (sourceList)
             sourceList->reloadData();
     });
     if (_window && _window->centralWidget())
         _window->centralWidget()->update();
     uiRevertToSystemTouchbar();
-    noteFirstPlace();
     if (!getHomeDirectory().isNull())
         beginAccessingBookmark();
     if (sourceList) {

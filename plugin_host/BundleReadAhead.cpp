@@ -2,14 +2,19 @@
 
 #include <system_error>
 
-ReadBundle ReadBundle::read(const QString &path)
+ReadBundle ReadBundle::open(const QString &path)
 {
     ReadBundle result{Bundle::open(path), nullptr};
-    if (!result.bundle)
-        return result;
+    if (result.bundle)
+        result.module = std::make_unique<BundleModule>(result.bundle.value()->executablePath());
+    return result;
+}
+
+ReadBundle ReadBundle::read(const QString &path)
+{
     // Both keep what they have read.
-    result.module = std::make_unique<BundleModule>(result.bundle.value()->executablePath());
-    if (result.bundle.value()->infoProblem().isNull())
+    ReadBundle result = open(path);
+    if (result.bundle && result.bundle.value()->infoProblem().isNull())
         result.module->metadata();
     return result;
 }
@@ -52,7 +57,9 @@ void BundleReadAhead::read(Slot &slot)
 
 ReadBundle BundleReadAhead::take(const QString &path)
 {
-    Slot &slot = *m_byPath.value(path);
-    read(slot);
-    return std::move(*slot.bundle);
+    Slot *slot = m_byPath.take(path);
+    if (!slot)
+        return ReadBundle::open(path);
+    read(*slot);
+    return std::move(*slot->bundle);
 }

@@ -15,6 +15,8 @@
 /// A bundle with what its files say of it. None of its code has run.
 struct ReadBundle
 {
+    /// What is not read now is read when it is asked for.
+    static ReadBundle open(const QString &path);
     static ReadBundle read(const QString &path);
 
     Result<std::unique_ptr<Bundle>> bundle;
@@ -30,7 +32,7 @@ public:
     ~BundleReadAhead();
     Q_DISABLE_COPY_MOVE(BundleReadAhead)
 
-    /// To be asked once for each of the paths. What is not read yet is read now.
+    /// What was taken before, or is none of the paths, is only opened.
     ReadBundle take(const QString &path);
 
 private:

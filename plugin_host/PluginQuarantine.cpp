@@ -118,6 +118,11 @@ bool PluginQuarantine::isLeftOut(const QString &bundle, const QString &module)
     return !entries.isEmpty() && entries.contains(entry(bundle, module));
 }
 
+bool PluginQuarantine::isAnyLeftOut()
+{
+    return !systemServices().defaults->value(leftOutKey()).toStringList().isEmpty();
+}
+
 void PluginQuarantine::enter(const QString &bundle)
 {
     m_entered = bundle;

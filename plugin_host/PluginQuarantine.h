@@ -43,6 +43,7 @@ public:
     /// Leaves the bundle out of every later run, until its module changes.
     static void leaveOut(const QString &bundle, const QString &module);
     static bool isLeftOut(const QString &bundle, const QString &module);
+    static bool isAnyLeftOut();
 
     /// The bundle's code may run from here on, until it is left or another one is entered.
     void enter(const QString &bundle);

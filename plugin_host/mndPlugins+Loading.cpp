@@ -117,18 +117,21 @@ void mndPlugins::loadAllPlugins()
 {
     const QStringList paths = pathsToLoad();
     std::optional<BundleReadAhead> ahead;
-    // After a crash they come one after the other: should it have been in the reading, then the
-    // breadcrumb is to lie at the right one.
-    if (paths.size() >= manyBundles && (!m_quarantine || m_quarantine->culprit().isNull()))
+    // Where one has taken the program down they come one after the other: should it be the reading
+    // that does so, then the breadcrumb is to lie at the right one, and what is left out stays
+    // unread.
+    const bool isCautious =
+        m_quarantine && (!m_quarantine->culprit().isNull() || PluginQuarantine::isAnyLeftOut());
+    if (paths.size() >= manyBundles && !isCautious)
         ahead.emplace(paths);
     for (const QString &path : paths) {
-        loadBundle(path, [&] { return ahead ? ahead->take(path) : ReadBundle::read(path); });
+        loadBundle(path, [&] { return ahead ? ahead->take(path) : ReadBundle::open(path); });
     }
 }
 
 bool mndPlugins::loadPluginFromPath(const QString &path)
 {
-    return loadBundle(path, [&] { return ReadBundle::read(path); });
+    return loadBundle(path, [&] { return ReadBundle::open(path); });
 }
 
 bool mndPlugins::loadBundle(const QString &path, const std::function<ReadBundle()> &read)
@@ -179,10 +182,10 @@ bool mndPlugins::load(const ReadBundle &read, PluginLoadReport &report)
         return false;
     }
     BundleModule &module = *read.module;
-    if (!declaresPlugin(*bundle.value(), module, report.problems))
-        return true;
     if (isKeptOut(*bundle.value(), report))
         return false;
+    if (!declaresPlugin(*bundle.value(), module, report.problems))
+        return true;
     const auto made = module.makePrincipalObject();
     if (!made) {
         report.problems << made.error();

@@ -8,6 +8,9 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <array>
+
 namespace {
 
 FileDescriptor openFile(const QString &path, int flags, mode_t mode = 0)
@@ -141,7 +144,9 @@ bool RealFileSystem::replaceFile(const QString &path, QByteArrayView content)
             return false;
         errno = error;
     }
-    return (errno == EACCES || errno == EPERM) && writeFile(path, content);
+    constexpr std::array keepsItsEntries{EACCES, EPERM, EROFS, EBUSY};
+    return std::find(keepsItsEntries.begin(), keepsItsEntries.end(), errno) != keepsItsEntries.end()
+        && writeFile(path, content);
 }
 
 std::unique_ptr<FileWriter> RealFileSystem::createForWriting(const QString &path,

@@ -77,6 +77,10 @@ TEST_F(StringList, ComesBackFromItsFileWithOneEntryMore)
     write("\xc3\xa4\r\n\nz");
     ASSERT_TRUE(list.loadFromFile(path));
     EXPECT_EQ(entries(list), QStringList({u"ä\r"_s, u""_s, u"z"_s}));
+    write("\xef\xbb\xbf"
+          "a");
+    ASSERT_TRUE(list.loadFromFile(path));
+    EXPECT_EQ(entries(list), QStringList(u"\ufeff"_s + u'a')) << "no mark, but part of a name";
 }
 
 TEST_F(StringList, IsEmptyAfterAnUnreadableFileAndUnchangedWithoutOne)

@@ -92,7 +92,11 @@ TEST_F(StoreEdition, KeepsABookmarkThatResolvesWhileTheFolderExists)
 {
     startWelcomed();
     services.chosenFolders = {realHome()};
-    whenWelcomed([&] { press("btnSelect"); });
+    window->hide();
+    whenWelcomed([&] {
+        EXPECT_TRUE(window->isVisible()) << "nobody could answer otherwise";
+        press("btnSelect");
+    });
     EXPECT_EQ(delegate->getHomeDirectory(), realHome());
     EXPECT_EQ(delegate->loadHomeDirectoryBookmark(), QUrl::fromLocalFile(realHome()));
     QTemporaryDir folder;
