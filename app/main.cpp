@@ -59,10 +59,10 @@ struct RealServices
 
     RealClock clock;
     RealScheduler scheduler;
-    RealUserDefaults defaults;
+    RealSystemLog systemLog;
+    RealUserDefaults defaults{RealUserDefaults::defaultFilePath(), &systemLog};
     RealLanguages languages{defaults};
     RealAccount account;
-    RealSystemLog systemLog;
     RealProcessEnd processEnd;
     Bundle mainBundle{Bundle::mainBundlePath()};
     RealMachineFacts machineFacts;

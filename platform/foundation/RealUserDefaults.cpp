@@ -1,5 +1,6 @@
 #include "platform/foundation/RealUserDefaults.h"
 
+#include "platform/foundation/FileDescriptor.h"
 #include "platform/foundation/MainThread.h"
 
 #include <QCoreApplication>
@@ -8,14 +9,28 @@
 #include <QFileInfo>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QTemporaryDir>
 #include <QUrl>
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
 #include <algorithm>
+#include <cstdio>
 #include <iterator>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+using namespace std::chrono_literals;
+
+/// Another process has written long before. The main thread waits.
+constexpr auto longestWait = 40ms;
+/// What is not written then is lost.
+constexpr auto longestWaitAtTheEnd = 1s;
 
 // An INI file knows texts only: a tag before the text says what else it was.
 constexpr QLatin1StringView booleanTag = "bool:"_L1;
@@ -88,6 +103,48 @@ QString keyFromFile(const QString &key)
     return QUrl::fromPercentEncoding(key.toLatin1());
 }
 
+/// Open when this process may write in the folder. A kernel's lock ends with the process that holds
+/// it, however that ends; on the folder itself it leaves nothing behind either.
+FileDescriptor lockFolder(const QString &path, std::chrono::milliseconds longest)
+{
+    const auto end = std::chrono::steady_clock::now() + longest;
+    FileDescriptor folder(uninterrupted([&] {
+        return ::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    }));
+    while (folder.isOpen() && ::flock(folder.number(), LOCK_EX | LOCK_NB) != 0) {
+        // A file system without such locks: every write replaces the whole file all the same.
+        if (errno != EWOULDBLOCK && errno != EINTR)
+            break;
+        if (std::chrono::steady_clock::now() >= end)
+            folder.reset();
+        else
+            std::this_thread::sleep_for(1ms);
+    }
+    return folder;
+}
+
+/// 0 when there is none.
+ino_t fileNumber(const QString &path)
+{
+    struct stat status = {};
+    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_ino : 0;
+}
+
+QString scratchName(const QString &target)
+{
+    return target + u".new-"_s;
+}
+
+/// What processes that were killed have left. Only under the lock.
+void removeScratchFolders(const QString &target)
+{
+    const QDir folder = QFileInfo(target).dir();
+    const QStringList left = folder.entryList({QFileInfo(scratchName(target)).fileName() + u'*'},
+                                              QDir::Dirs | QDir::NoSymLinks | QDir::Hidden);
+    for (const QString &name : left)
+        QDir(folder.filePath(name)).removeRecursively();
+}
+
 } // namespace
 
 QString RealUserDefaults::defaultFilePath()
@@ -96,21 +153,24 @@ QString RealUserDefaults::defaultFilePath()
         + u"/Solvane/solvane.conf"_s;
 }
 
-RealUserDefaults::RealUserDefaults(const QString &filePath)
+RealUserDefaults::RealUserDefaults(const QString &filePath, SystemLog *log)
     : m_filePath(filePath)
+    , m_log(log)
 {
     Values values;
     const QSettings file(m_filePath, QSettings::IniFormat);
     const QStringList keys = file.allKeys();
     for (const QString &key : keys)
         values.insert(keyFromFile(key), fromFile(file.value(key)));
+    if (file.status() == QSettings::AccessError)
+        tell(u"The settings in %1 could not be read."_s.arg(m_filePath));
     m_fileIsDamaged = file.status() == QSettings::FormatError;
     m_values.replace(std::move(values));
 }
 
 RealUserDefaults::~RealUserDefaults()
 {
-    synchronize();
+    write(longestWaitAtTheEnd);
 }
 
 QVariant RealUserDefaults::value(const QString &key) const
@@ -155,40 +215,93 @@ bool RealUserDefaults::synchronize()
 {
     bool written = false;
     if (qApp && !MainThread::isCurrent())
-        MainThread::runAndWait([&] { written = write(); });
+        MainThread::runAndWait([&] { written = write(longestWait); });
     else
-        written = write();
+        written = write(longestWait);
     return written;
 }
 
-bool RealUserDefaults::keepDamagedFile()
+void RealUserDefaults::tell(const QString &message) const
 {
-    if (!m_fileIsDamaged)
-        return true;
-    const QString kept = m_filePath + u".damaged"_s;
-    if (!QFile::exists(kept) && !QFile::copy(m_filePath, kept))
-        return false;
-    m_fileIsDamaged = false;
-    return true;
+    if (m_log)
+        m_log->write(message);
 }
 
-bool RealUserDefaults::write()
+bool RealUserDefaults::write(std::chrono::milliseconds longest)
 {
     if (m_pending.isEmpty())
         return true;
-    if (!QDir().mkpath(QFileInfo(m_filePath).path()) || !keepDamagedFile())
+    const QString problem = replaceFile(longest);
+    if (!problem.isNull()) {
+        tell(u"The settings could not be written to %1: %2"_s.arg(m_filePath, problem));
         return false;
-    // A file object of its own for every try: one that failed keeps saying so.
-    QSettings file(m_filePath, QSettings::IniFormat);
-    for (auto entry = m_pending.cbegin(); entry != m_pending.cend(); ++entry) {
-        if (entry.value())
-            file.setValue(keyInFile(entry.key()), toFile(*entry.value()));
-        else
-            file.remove(keyInFile(entry.key()));
     }
-    file.sync();
-    if (file.status() == QSettings::AccessError)
-        return false;
     m_pending.clear();
     return true;
+}
+
+QString RealUserDefaults::keepDamagedFile(const QString &target)
+{
+    QFile damaged(target);
+    const QString kept = target + u".damaged"_s;
+    if (m_fileIsDamaged && !QFile::exists(kept) && !damaged.copy(kept))
+        return damaged.errorString();
+    m_fileIsDamaged = false;
+    return {};
+}
+
+QString RealUserDefaults::replaceFile(std::chrono::milliseconds longest)
+{
+    // A link stays: what it leads to is replaced.
+    const QString canonical = QFileInfo(m_filePath).canonicalFilePath();
+    const QString target = canonical.isEmpty() ? m_filePath : canonical;
+    const QString folder = QFileInfo(target).path();
+    if (!QDir().mkpath(folder))
+        return u"its folder cannot be made"_s;
+    const FileDescriptor lock = lockFolder(folder, longest);
+    if (!lock.isOpen())
+        return errno == EWOULDBLOCK ? u"another process does not end writing"_s : qt_error_string();
+    if (const QString problem = keepDamagedFile(target); !problem.isNull())
+        return problem;
+
+    // QSettings has a lock file of its own beside what it writes, which outlives a process that is
+    // killed, and may wait for it half a minute or for ever. It also takes a file of the same size
+    // and time for the one it knows. A name that nobody else ever has keeps it from both.
+    removeScratchFolders(target);
+    const QTemporaryDir scratch(scratchName(target) + u"XXXXXX"_s);
+    if (!scratch.isValid())
+        return scratch.errorString();
+    const QString made = scratch.filePath(u"settings"_s);
+    QFile old(target);
+    if (old.exists() && !old.copy(made))
+        return old.errorString();
+    const std::optional<bool> isChanged = changeFile(made);
+    if (!isChanged)
+        return u"the new file cannot be written"_s;
+    if (*isChanged
+        && ::rename(QFile::encodeName(made).constData(), QFile::encodeName(target).constData())
+            != 0)
+        return qt_error_string();
+    return {};
+}
+
+std::optional<bool> RealUserDefaults::changeFile(const QString &path) const
+{
+    const ino_t before = fileNumber(path);
+    QSettings file(path, QSettings::IniFormat);
+    bool isChanged = false;
+    for (auto entry = m_pending.cbegin(); entry != m_pending.cend(); ++entry) {
+        const QString key = keyInFile(entry.key());
+        isChanged |= entry.value() || file.contains(key);
+        if (entry.value())
+            file.setValue(key, toFile(*entry.value()));
+        else
+            file.remove(key);
+    }
+    file.sync();
+    // Its status stays the first thing that went wrong, which may be a line that nobody
+    // understands. But what it writes is always a new file.
+    if (isChanged && fileNumber(path) == before)
+        return std::nullopt;
+    return isChanged;
 }

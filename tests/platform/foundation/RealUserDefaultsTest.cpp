@@ -1,17 +1,54 @@
 #include "platform/foundation/RealUserDefaults.h"
 
+#include "platform/foundation/FileDescriptor.h"
+#include "tests/support/FullDisk.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 
 #include <csignal>
 
 namespace {
 
+struct LastMessage : SystemLog
+{
+    void write(const QString &message) override { text = message; }
+    QString text;
+};
+
 struct RealUserDefaultsTest : testing::Test
 {
     QTemporaryDir m_folder;
     const QString m_path = m_folder.filePath(u"Solvane/solvane.conf"_s);
+    LastMessage m_log;
+
     QByteArray content() const { return fileContent(m_path); }
+    /// All that lies in the settings' folder.
+    QStringList names() const
+    {
+        return QDir(QFileInfo(m_path).path())
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    }
 };
+
+/// Another process that makes so many changes of one key, and another at the end.
+pid_t startWriter(const QString &path, const QString &key, int changes)
+{
+    const pid_t child = ::fork();
+    if (child != 0)
+        return child;
+    RealUserDefaults defaults(path);
+    for (int i = 1; i <= changes; ++i) {
+        defaults.setValue(key, i);
+        defaults.synchronize();
+    }
+    defaults.setValue(key + u"done"_s, true);
+    while (!defaults.synchronize())
+        continue;
+    ::_exit(0);
+}
 
 } // namespace
 
@@ -63,17 +100,135 @@ TEST_F(RealUserDefaultsTest, KeepsValuesAndTheirTypesAcrossARestart)
 TEST_F(RealUserDefaultsTest, SaysWhenNothingCouldBeWrittenAndTriesAgain)
 {
     const QString inTheWay = makeFile(m_folder.filePath(u"Solvane"_s), {});
-    RealUserDefaults defaults(m_path);
+    RealUserDefaults defaults(m_path, &m_log);
     EXPECT_TRUE(defaults.synchronize());
     defaults.setValue(u"a"_s, 1);
     EXPECT_FALSE(defaults.synchronize());
     EXPECT_EQ(defaults.value(u"a"_s), QVariant(1));
+    const QString told = u"The settings could not be written to %1: "_s.arg(m_path);
+    EXPECT_EQ(m_log.text, told + u"its folder cannot be made"_s);
     QFile::remove(inTheWay);
+
     ASSERT_TRUE(QDir().mkpath(m_path));
     EXPECT_FALSE(defaults.synchronize());
+    EXPECT_GT(m_log.text.size(), told.size());
+    EXPECT_EQ(names(), QStringList(u"solvane.conf"_s));
+    const RealUserDefaults reader(m_path, &m_log);
+    EXPECT_EQ(m_log.text, u"The settings in %1 could not be read."_s.arg(m_path));
     ASSERT_TRUE(QDir().rmdir(m_path));
+
+    {
+        const FileDescriptor folder(::open(QFile::encodeName(QFileInfo(m_path).path()).constData(),
+                                           O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        ASSERT_EQ(::flock(folder.number(), LOCK_EX), 0);
+        EXPECT_FALSE(defaults.synchronize());
+        EXPECT_EQ(m_log.text, told + u"another process does not end writing"_s);
+    }
     EXPECT_TRUE(defaults.synchronize());
     EXPECT_EQ(content(), "[General]\na=int:1\n");
+    EXPECT_EQ(names(), QStringList(u"solvane.conf"_s));
+}
+
+TEST_F(RealUserDefaultsTest, KeepsTheOldFileWhenTheDiskIsFull)
+{
+    for (const QByteArray &before :
+         {QByteArray("[General]\na=int:1\n"), QByteArray("[General]\na=int:1\nno value\n")}) {
+        SCOPED_TRACE(before.toStdString());
+        makeFile(m_path, before);
+        RealUserDefaults defaults(m_path, &m_log);
+        defaults.setValue(u"b"_s, QString(100, u'x'));
+        {
+            const FullDisk full(static_cast<rlim_t>(before.size()));
+            EXPECT_FALSE(defaults.synchronize());
+        }
+        EXPECT_EQ(content(), before);
+        EXPECT_FALSE(m_log.text.isEmpty());
+        EXPECT_TRUE(defaults.synchronize());
+        EXPECT_TRUE(content().contains("a=int:1\nb=xxx"));
+    }
+}
+
+TEST_F(RealUserDefaultsTest, TellsWhyAFolderThatIsReadOnlyTakesNothing)
+{
+    if (::geteuid() == 0)
+        GTEST_SKIP() << "root writes everywhere";
+    makeFile(m_path, "[General]\na=int:1\n");
+    RealUserDefaults defaults(m_path, &m_log);
+    defaults.setValue(u"a"_s, 2);
+    const QByteArray folder = QFile::encodeName(QFileInfo(m_path).path());
+    ASSERT_EQ(::chmod(folder.constData(), 0500), 0);
+    EXPECT_FALSE(defaults.synchronize());
+    ASSERT_EQ(::chmod(folder.constData(), 0700), 0);
+    EXPECT_TRUE(m_log.text.endsWith(u"Permission denied"_s)) << m_log.text.toStdString();
+    EXPECT_EQ(content(), "[General]\na=int:1\n");
+}
+
+TEST_F(RealUserDefaultsTest, LeavesALinkAndItsPermissionsAlone)
+{
+    const QString real = makeFile(m_folder.filePath(u"elsewhere/real"_s), "[General]\na=int:1\n");
+    ASSERT_TRUE(QFile::setPermissions(real, QFile::ReadOwner | QFile::WriteOwner));
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(m_path).path()));
+    ASSERT_TRUE(QFile::link(real, m_path));
+    RealUserDefaults defaults(m_path);
+    defaults.setValue(u"b"_s, 2);
+    EXPECT_TRUE(defaults.synchronize());
+    EXPECT_TRUE(QFileInfo(m_path).isSymLink());
+    EXPECT_EQ(fileContent(real), "[General]\na=int:1\nb=int:2\n");
+    struct stat status
+    { };
+    ASSERT_EQ(::stat(QFile::encodeName(real).constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0600U);
+}
+
+TEST_F(RealUserDefaultsTest, WaitsForNoLockFileThatAnotherProcessHasLeft)
+{
+    const QByteArray host = QSysInfo::machineHostName().toUtf8();
+    const QByteArray self = QByteArray::number(::getpid()) + "\ntest_foundation\n";
+    const struct
+    {
+        const char *name;
+        QByteArray content;
+    } cases[] = {
+        {"empty", ""},
+        {"cut off", "12"},
+        {"of a process that is gone", "4194304\nsolvane\n" + host + '\n'},
+        {"of a process that runs", self + host + '\n'},
+        {"of another machine", "1\nsolvane\nelsewhere\n\n\n"},
+    };
+    RealUserDefaults defaults(m_path);
+    int count = 0;
+    for (const auto &each : cases) {
+        SCOPED_TRACE(each.name);
+        makeFile(m_path + u".lock"_s, each.content);
+        makeFile(m_path + u".new-abcdef/settings.lock"_s, each.content);
+        defaults.setValue(u"count"_s, ++count);
+        EXPECT_TRUE(defaults.synchronize());
+        // Whoever waits for such a file does so until it is old enough, and takes it away.
+        EXPECT_EQ(fileContent(m_path + u".lock"_s), each.content);
+        EXPECT_EQ(content(), "[General]\ncount=int:" + QByteArray::number(count) + '\n');
+        EXPECT_EQ(names(), QStringList({u"solvane.conf"_s, u"solvane.conf.lock"_s}));
+    }
+    QFile::remove(m_path + u".lock"_s);
+    // For this one, for ever.
+    ASSERT_TRUE(QDir().mkpath(m_path + u".lock"_s));
+    defaults.setValue(u"last"_s, true);
+    EXPECT_TRUE(defaults.synchronize());
+}
+
+TEST_F(RealUserDefaultsTest, KeepsWhatSeveralProcessesWriteAtATime)
+{
+    constexpr int changes = 200;
+    const QString keys[] = {u"a"_s, u"b"_s, u"c"_s};
+    for (const QString &key : keys)
+        ASSERT_GT(startWriter(m_path, key, changes), 0);
+    for (int status = 0; ::waitpid(-1, &status, 0) > 0;)
+        EXPECT_EQ(status, 0);
+    const RealUserDefaults defaults(m_path);
+    for (const QString &key : keys) {
+        EXPECT_EQ(defaults.value(key), QVariant(changes)) << key.toStdString();
+        EXPECT_TRUE(defaults.value(key + u"done"_s).toBool()) << key.toStdString();
+    }
+    EXPECT_EQ(names(), QStringList(u"solvane.conf"_s));
 }
 
 TEST_F(RealUserDefaultsTest, KeepsWhatItDoesNotUnderstand)
@@ -151,5 +306,8 @@ TEST_F(RealUserDefaultsTest, LosesNothingWhenItsProcessIsKilledWhileWriting)
         ASSERT_EQ(defaults.value(u"filler%1"_s.arg(told % 5)), filler);
     }
     EXPECT_GE(stored, rounds);
-    EXPECT_FALSE(QFile::exists(m_path + u".damaged"_s));
+    RealUserDefaults last(m_path);
+    last.setValue(u"count"_s, 0);
+    EXPECT_TRUE(last.synchronize());
+    EXPECT_EQ(names(), QStringList(u"solvane.conf"_s));
 }
