@@ -7,10 +7,11 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QSettings>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QUrl>
+#include <QUuid>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -130,19 +131,40 @@ ino_t fileNumber(const QString &path)
     return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_ino : 0;
 }
 
+/// What the names begin with under which new files are made.
 QString scratchName(const QString &target)
 {
     return target + u".new-"_s;
 }
 
 /// What processes that were killed have left. Only under the lock.
-void removeScratchFolders(const QString &target)
+void removeScratchFiles(const QString &target)
 {
     const QDir folder = QFileInfo(target).dir();
     const QStringList left = folder.entryList({QFileInfo(scratchName(target)).fileName() + u'*'},
-                                              QDir::Dirs | QDir::NoSymLinks | QDir::Hidden);
+                                              QDir::Files | QDir::System | QDir::Hidden);
     for (const QString &name : left)
-        QDir(folder.filePath(name)).removeRecursively();
+        QFile::remove(folder.filePath(name));
+}
+
+/// Copies a file if there is one, and answers what went wrong. Unlike QFile::copy() it does not
+/// wait for the disk, since the copy is changed at once.
+QString copyFile(const QString &from, const QString &to)
+{
+    QFile old(from);
+    if (!old.exists())
+        return {};
+    QFile copy(to);
+    if (!old.open(QIODevice::ReadOnly))
+        return old.errorString();
+    const QByteArray content = old.readAll();
+    if (old.error() != QFile::NoError)
+        return old.errorString();
+    if (!copy.open(QIODevice::WriteOnly | QIODevice::NewOnly, QFile::ReadOwner | QFile::WriteOwner)
+        || copy.write(content) != content.size() || !copy.flush()
+        || !copy.setPermissions(old.permissions()))
+        return copy.errorString();
+    return {};
 }
 
 } // namespace
@@ -267,14 +289,11 @@ QString RealUserDefaults::replaceFile(std::chrono::milliseconds longest)
     // QSettings has a lock file of its own beside what it writes, which outlives a process that is
     // killed, and may wait for it half a minute or for ever. It also takes a file of the same size
     // and time for the one it knows. A name that nobody else ever has keeps it from both.
-    removeScratchFolders(target);
-    const QTemporaryDir scratch(scratchName(target) + u"XXXXXX"_s);
-    if (!scratch.isValid())
-        return scratch.errorString();
-    const QString made = scratch.filePath(u"settings"_s);
-    QFile old(target);
-    if (old.exists() && !old.copy(made))
-        return old.errorString();
+    removeScratchFiles(target);
+    const QString made = scratchName(target) + QUuid::createUuid().toString(QUuid::Id128);
+    const auto tidy = qScopeGuard([&] { QFile::remove(made); });
+    if (const QString problem = copyFile(target, made); !problem.isNull())
+        return problem;
     const std::optional<bool> isChanged = changeFile(made);
     if (!isChanged)
         return u"the new file cannot be written"_s;

@@ -200,7 +200,7 @@ TEST_F(RealUserDefaultsTest, WaitsForNoLockFileThatAnotherProcessHasLeft)
     for (const auto &each : cases) {
         SCOPED_TRACE(each.name);
         makeFile(m_path + u".lock"_s, each.content);
-        makeFile(m_path + u".new-abcdef/settings.lock"_s, each.content);
+        makeFile(m_path + u".new-abcdef.lock"_s, each.content);
         defaults.setValue(u"count"_s, ++count);
         EXPECT_TRUE(defaults.synchronize());
         // Whoever waits for such a file does so until it is old enough, and takes it away.
@@ -217,7 +217,7 @@ TEST_F(RealUserDefaultsTest, WaitsForNoLockFileThatAnotherProcessHasLeft)
 
 TEST_F(RealUserDefaultsTest, KeepsWhatSeveralProcessesWriteAtATime)
 {
-    constexpr int changes = 200;
+    constexpr int changes = 100;
     const QString keys[] = {u"a"_s, u"b"_s, u"c"_s};
     for (const QString &key : keys)
         ASSERT_GT(startWriter(m_path, key, changes), 0);
