@@ -45,11 +45,13 @@ CommandLine CommandLine::parse()
         u"safe-mode"_s, u"Start with the plugins that come with Solvane, and no others."_s);
     const QCommandLineOption without(
         u"without-plugin"_s, u"Leave a plugin out of this run. May be given again."_s, u"id"_s);
+    QCommandLineOption breadcrumb(u"breadcrumb"_s, {}, u"file"_s);
+    breadcrumb.setFlags(QCommandLineOption::HiddenFromHelp);
     QCommandLineParser parser;
     parser.setApplicationDescription(u"Keeps a machine tidy and healthy."_s);
     parser.addHelpOption();
     parser.addVersionOption();
-    parser.addOptions({hidden, touchBar, safe, without, list, check, snapshot});
+    parser.addOptions({hidden, touchBar, safe, without, list, check, breadcrumb, snapshot});
     parser.addPositionalArgument(u"documents"_s, u"Documents to open."_s, u"[documents...]"_s);
     parser.process(*QCoreApplication::instance());
 
@@ -59,6 +61,7 @@ CommandLine CommandLine::parse()
     result.withoutPlugins = parser.values(without);
     result.listPlugins = parser.isSet(list);
     result.checkPlugin = parser.isSet(check) ? parser.value(check) : QString();
+    result.breadcrumb = parser.value(breadcrumb);
     result.snapshot = parser.isSet(snapshot) ? parser.value(snapshot) : QString();
     for (const QString &document : parser.positionalArguments())
         result.documents << QFileInfo(document).absoluteFilePath();

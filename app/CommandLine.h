@@ -11,6 +11,7 @@ struct CommandLine
     bool safeMode = false;      ///< only the plugins that come with the application
     QStringList withoutPlugins; ///< ids or bundles to leave out of this run
     QString checkPlugin;        ///< path of a bundle; null for none
+    QString breadcrumb;         ///< a check in a process of its own: where it tells how far it got
     QString snapshot;           ///< path of a picture to save before ending; null for none
     QStringList documents;      ///< absolute paths
 

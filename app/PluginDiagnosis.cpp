@@ -1,5 +1,7 @@
 #include "app/PluginDiagnosis.h"
 
+#include "plugin_host/PluginQuarantine.h"
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -61,7 +63,8 @@ const PluginLoadReport *PluginDiagnosis::find(const QString &canonicalPath) cons
     return found == m_reports.end() ? nullptr : &*found;
 }
 
-int PluginDiagnosis::check(const QString &path, QObject &core, QTextStream &out)
+int PluginDiagnosis::check(const QString &path, QObject &core, PluginQuarantine &quarantine,
+                           QTextStream &out)
 {
     const QFileInfo bundle(QDir::cleanPath(path));
     const PluginLoadReport *report = bundle.exists() ? find(bundle.canonicalFilePath()) : nullptr;
@@ -70,7 +73,10 @@ int PluginDiagnosis::check(const QString &path, QObject &core, QTextStream &out)
         // installed.
         auto &registry = m_registries.emplace_back(std::make_unique<mndPlugins>(&core));
         registry->setObserver(this);
+        // Not the registry's own: what is left out elsewhere is checked all the same.
+        quarantine.enter(bundle.absoluteFilePath());
         registry->loadPluginFromPath(bundle.absoluteFilePath());
+        quarantine.leave(bundle.absoluteFilePath());
         report = &m_reports.last();
     }
     for (const QString &problem : report->problems)

@@ -21,9 +21,10 @@ public:
     void list(QTextStream &out) const;
 
     /// @param core the host that the plugin is given; outlives this.
+    /// @param quarantine is told when the bundle's code may run.
     /// Loads the bundle, unless start-up did, and says in one line each what is wrong with it.
     /// @return the exit status: 0 when nothing is.
-    int check(const QString &path, QObject &core, QTextStream &out);
+    int check(const QString &path, QObject &core, PluginQuarantine &quarantine, QTextStream &out);
 
 private:
     const PluginLoadReport *find(const QString &canonicalPath) const;

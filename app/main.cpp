@@ -1,5 +1,6 @@
 #include "app/CommandLine.h"
 #include "app/ConsoleAlertPanel.h"
+#include "app/PluginCheck.h"
 #include "app/PluginDiagnosis.h"
 #include "app/Preconditions.h"
 #include "app/ReducedMotion.h"
@@ -97,9 +98,19 @@ PluginQuarantine::Options quarantineOptions(const CommandLine &commandLine)
     return {commandLine.safeMode, commandLine.withoutPlugins};
 }
 
-int diagnose(const CommandLine &commandLine, Application &application)
+void tellUnknownNames(const PluginQuarantine &quarantine)
+{
+    for (const QString &name : quarantine.unknownNames())
+        QTextStream(stderr) << "solvane: no plugin is named \"" << name << "\"\n";
+}
+
+/// In this process: whatever a plugin does to it ends it.
+int diagnoseHere(const CommandLine &commandLine, Application &application)
 {
     PluginQuarantine quarantine(quarantineOptions(commandLine));
+    const QString &breadcrumb = commandLine.breadcrumb;
+    if (!breadcrumb.isNull() && !quarantine.keepBreadcrumbs(breadcrumb))
+        QTextStream(stderr) << "solvane: " << breadcrumb << " cannot be written\n";
     std::unique_ptr<QWidget> window; // outlives the delegate that works on it
     mndAppDelegate delegate;
     PluginDiagnosis diagnosis;
@@ -110,13 +121,24 @@ int diagnose(const CommandLine &commandLine, Application &application)
     delegate.setPluginLoadObserver(&diagnosis);
     delegate.setPluginQuarantine(&quarantine);
     application.finishLaunching();
+    tellUnknownNames(quarantine);
 
     QTextStream out(stdout);
     if (commandLine.listPlugins)
         diagnosis.list(out);
-    int status = 0;
+    return breadcrumb.isNull()
+        ? 0
+        : diagnosis.check(commandLine.checkPlugin, delegate, quarantine, out);
+}
+
+int diagnose(const CommandLine &commandLine, Application &application)
+{
+    if (!commandLine.breadcrumb.isNull())
+        return diagnoseHere(commandLine, application);
+    int status = commandLine.listPlugins ? diagnoseHere(commandLine, application) : 0;
+    QTextStream out(stdout);
     for (const QString &bundle : commandLine.pluginsToCheck())
-        status |= diagnosis.check(bundle, delegate, out);
+        status |= checkInItsOwnProcess(commandLine, bundle, out);
     return status;
 }
 
@@ -151,6 +173,7 @@ int run(const CommandLine &commandLine, Application &application)
         delegate.windowShouldClose(window.get());
     }
     application.finishLaunching();
+    tellUnknownNames(quarantine);
     // Not before: to lay it out takes the fonts, and the rest of the start has to wait anyway.
     if (!commandLine.hidden && !application.isTerminating())
         window->show();

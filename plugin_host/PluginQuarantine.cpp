@@ -45,6 +45,8 @@ PluginQuarantine::PluginQuarantine(Options options)
         while (name.endsWith(u'/'))
             name.chop(1);
     }
+    m_unknown = m_options.leftOut;
+    m_unknown.removeDuplicates();
 }
 
 PluginQuarantine::~PluginQuarantine()
@@ -93,8 +95,9 @@ bool PluginQuarantine::keepBreadcrumbs(const QString &file)
     return true;
 }
 
-bool PluginQuarantine::isNamed(const QStringList &names) const
+bool PluginQuarantine::isNamed(const QStringList &names)
 {
+    m_unknown.removeIf([&](const QString &name) { return names.contains(name); });
     return std::any_of(names.begin(), names.end(), [this](const QString &name) {
         return !name.isEmpty() && m_options.leftOut.contains(name);
     });

@@ -38,7 +38,9 @@ public:
 
     bool bundledOnly() const { return m_options.bundledOnly; }
     /// Whether the user named one of these for this run.
-    bool isNamed(const QStringList &names) const;
+    bool isNamed(const QStringList &names);
+    /// Those that the user named and nothing so far was.
+    const QStringList &unknownNames() const { return m_unknown; }
 
     /// Leaves the bundle out of every later run, until its module changes.
     static void leaveOut(const QString &bundle, const QString &module);
@@ -53,6 +55,7 @@ private:
     void clear();
 
     Options m_options;
+    QStringList m_unknown;
     FileDescriptor m_file; ///< keeps the lock
     char *m_crumb =
         nullptr; ///< the file, mapped; PATH_MAX bytes, of which a text up to its end counts

@@ -55,6 +55,41 @@ Missing 1 .*is no folder
 END
 }
 
+test_says_its_line_of_a_bundle_that_ends_the_process() {
+    install_plugins CrashesInInitialize Good
+    mv "$plugins/CrashesInInitialize.bundle" "$HOME/"
+    diagnose --check-plugin "$HOME/CrashesInInitialize.bundle" "$plugins/Good.bundle"
+    ((status == 1)) || fail "status $status: $lines"
+    [[ $lines =~ ^"CrashesInInitialize.bundle: it took the program down: Aborted"$'\n'"Good.bundle: no problems found"[^$'\n']*$ ]] ||
+        fail "the lines: $lines"
+
+    mv "$HOME/CrashesInInitialize.bundle" "$plugins/"
+    diagnose --check-plugin "$plugins/Good.bundle"
+    ((status == 1)) || fail "installed: status $status: $lines"
+    [[ $lines == "Good.bundle: not checked: $plugins/CrashesInInitialize.bundle took the program down: Aborted" ]] ||
+        fail "installed: $lines"
+    diagnose --without-plugin CrashesInInitialize --check-plugin "$plugins/Good.bundle"
+    ((status == 0)) || fail "without it: status $status: $lines"
+}
+
+test_says_when_nothing_has_the_name_that_is_left_out() {
+    local name told
+    install_plugins Good
+    while read -r name told; do
+        : >"$HOME/output"
+        diagnose --list-plugins --without-plugin "$name"
+        ((status == 0)) || fail "$name: status $status"
+        (($(grep -cFx "solvane: no plugin is named \"$name\"" "$HOME/output") == told)) ||
+            fail "$name: $(cat "$HOME/output")"
+    done <<'END'
+nobody 1
+Good 0
+Good.bundle 0
+plugin.fixture.Good 0
+plugin.status 0
+END
+}
+
 test_ends_with_plugins_whose_threads_wait() {
     install_plugins JoinsThread Good
     diagnose --list-plugins
