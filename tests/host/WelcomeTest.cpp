@@ -225,6 +225,8 @@ TEST_F(StoreEdition, DoesWithoutAWindowToAskIn)
     InterfaceFile::remove(u"Welcome"_s);
     start();
     EXPECT_TRUE(delegate->getHomeDirectory().isNull());
+    EXPECT_TRUE(delegate->stringByExpandingTildeInPath(u"~/x"_s).isNull()) << "not /x";
+    EXPECT_EQ(delegate->stringByExpandingTildeInPath(u"/x"_s), u"/x"_s);
     EXPECT_FALSE(delegate->isHomeDirectory({}));
 }
 
