@@ -7,12 +7,15 @@
 #include <QCloseEvent>
 #include <QMenuBar>
 #include <QScopeGuard>
+#include <QShortcut>
 
 #include <algorithm>
 
 MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent)
-{ }
+{
+    new QShortcut(Qt::Key_F10, this, this, &MainWindow::openMenus);
+}
 
 void MainWindow::setBackgroundColor(const QColor &color)
 {
@@ -180,6 +183,16 @@ void MainWindow::resizeEvent(QResizeEvent *event)
     layOutAccessory();
     if (auto *delegate = qobject_cast<WindowDelegate *>(m_delegate))
         delegate->windowDidResize(this);
+}
+
+void MainWindow::openMenus()
+{
+    if (!menuWidget() || menuBar()->isNativeMenuBar())
+        return;
+    for (QAction *menu : menuBar()->actions()) {
+        if (menu->isVisible() && menu->isEnabled())
+            return menuBar()->setActiveAction(menu);
+    }
 }
 
 void MainWindow::layOutAccessory()

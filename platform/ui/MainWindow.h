@@ -19,7 +19,7 @@ public:
 #define WindowDelegate_iid "com.solvane.WindowDelegate/6"
 Q_DECLARE_INTERFACE(WindowDelegate, WindowDelegate_iid)
 
-/// The application's main window. Main thread.
+/// The application's main window. F10 opens its first menu. Main thread.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -81,6 +81,7 @@ private:
         QPointer<QWidget> focusAfterwards;
     };
 
+    void openMenus();
     void layOutAccessory();
     bool sheetShows() const;
     void showNextSheet();

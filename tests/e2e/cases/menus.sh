@@ -57,6 +57,10 @@ test_open_by_keyboard() {
     done
     xdotool key Escape Escape
     expect "the menus to close" shows_not "popup menu" ""
+    xdotool key F10
+    expect_open_menu Solvane
+    xdotool key Escape Escape
+    expect "the menus to close" shows_not "popup menu" ""
     # Help, by its key.
     xdotool key F1
     expect "the support page" shows "tree item" Support selected
