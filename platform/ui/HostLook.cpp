@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QPalette>
 #include <QProxyStyle>
+#include <QPushButton>
 #include <QStyleOptionButton>
 #include <QWidget>
 
@@ -28,6 +29,15 @@ public:
         if (type == CT_MenuBarItem)
             size.setHeight(qMax(size.height(), titleRowHeight));
         return size;
+    }
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
+                       const QWidget *widget) const override
+    {
+        if (element == PE_FrameFocusRect && qobject_cast<const QPushButton *>(widget))
+            drawRingOfButton(*option, *painter);
+        else
+            QProxyStyle::drawPrimitive(element, option, painter, widget);
     }
 
     void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
@@ -64,6 +74,20 @@ public:
     }
 
 private:
+    /// The style's own ring can hardly be seen on a coloured body.
+    static void drawRingOfButton(const QStyleOption &option, QPainter &painter)
+    {
+        if (!(option.state & State_KeyboardFocusChange))
+            return;
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(option.palette.color(QPalette::ButtonText), ringWidth));
+        painter.setBrush(Qt::NoBrush);
+        constexpr qreal inset = ringWidth / 2;
+        painter.drawRoundedRect(QRectF(option.rect).adjusted(inset, inset, -inset, -inset), 2, 2);
+        painter.restore();
+    }
+
     /// A title that was made white needs a body on a white page.
     static void drawBodyOfWhiteTitle(const QStyleOption &option, QPainter &painter)
     {
@@ -89,6 +113,7 @@ private:
     bool m_hasReducedMotion = false;
 
     static constexpr int bodyMargin = 4;
+    static constexpr qreal ringWidth = 1.5;
     static constexpr int titleRowHeight = 26;
 };
 
