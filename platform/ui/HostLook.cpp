@@ -4,7 +4,6 @@
 #include <QPainter>
 #include <QPalette>
 #include <QProxyStyle>
-#include <QPushButton>
 #include <QStyleOptionButton>
 #include <QWidget>
 
@@ -31,21 +30,14 @@ public:
         return size;
     }
 
-    void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
-                       const QWidget *widget) const override
-    {
-        if (element == PE_FrameFocusRect && qobject_cast<const QPushButton *>(widget))
-            drawRingOfButton(*option, *painter);
-        else
-            QProxyStyle::drawPrimitive(element, option, painter, widget);
-    }
-
     void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
                      const QWidget *widget) const override
     {
         if (element == CE_CheckBoxLabel || element == CE_RadioButtonLabel)
             drawBodyOfWhiteTitle(*option, *painter);
         QProxyStyle::drawControl(element, option, painter, widget);
+        if (element == CE_PushButton)
+            drawRingOfButton(*option, *painter);
     }
 
     int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
@@ -74,16 +66,17 @@ public:
     }
 
 private:
-    /// The style's own ring can hardly be seen on a coloured body.
+    /// The style's own, a darker outline, can hardly be told from none.
     static void drawRingOfButton(const QStyleOption &option, QPainter &painter)
     {
-        if (!(option.state & State_KeyboardFocusChange))
+        constexpr State focused = State_HasFocus | State_KeyboardFocusChange;
+        if ((option.state & focused) != focused)
             return;
         painter.save();
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(QPen(option.palette.color(QPalette::ButtonText), ringWidth));
         painter.setBrush(Qt::NoBrush);
-        constexpr qreal inset = ringWidth / 2;
+        constexpr qreal inset = 2 + ringWidth / 2;
         painter.drawRoundedRect(QRectF(option.rect).adjusted(inset, inset, -inset, -inset), 2, 2);
         painter.restore();
     }

@@ -7,6 +7,7 @@
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QSvgRenderer>
 #include <QVBoxLayout>
 
@@ -88,6 +89,12 @@ QWidget *addScrollingColumn(QWidget *view, const QString &name)
     area->viewport()->setAutoFillBackground(false);
 
     area->setAccessibleName(name);
+    // Tab stops at it only where there is something to scroll.
+    area->setFocusPolicy(Qt::NoFocus);
+    QObject::connect(area->verticalScrollBar(), &QScrollBar::rangeChanged, area,
+                     [area](int minimum, int maximum) {
+                         area->setFocusPolicy(maximum > minimum ? Qt::StrongFocus : Qt::NoFocus);
+                     });
 
     auto *page = new QWidget;
     auto *column = new QWidget;

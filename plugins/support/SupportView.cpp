@@ -39,9 +39,22 @@ QLabel *makeHeading(const QString &text, double factor)
     return label;
 }
 
+/// A label that is one link, which the keyboard reaches at the first press of Tab. A plain label would
+/// take one press for itself.
+class LinkLabel : public QLabel
+{
+protected:
+    void focusInEvent(QFocusEvent *event) override
+    {
+        QLabel::focusInEvent(event);
+        if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason)
+            focusNextPrevChild(event->reason() == Qt::TabFocusReason);
+    }
+};
+
 QLabel *makeLink(const QString &link, const QString &title)
 {
-    auto *label = new QLabel;
+    auto *label = new LinkLabel;
     look::whenPolished(label, [label] {
         label->setTextFormat(Qt::RichText);
         label->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
