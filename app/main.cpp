@@ -1,5 +1,6 @@
 #include "app/CommandLine.h"
 #include "app/ConsoleAlertPanel.h"
+#include "app/OrderlyEnd.h"
 #include "app/PluginCheck.h"
 #include "app/PluginDiagnosis.h"
 #include "app/Preconditions.h"
@@ -159,6 +160,7 @@ int run(const CommandLine &commandLine, Application &application)
     if (!quarantine.keepBreadcrumbs(PluginQuarantine::breadcrumbPath()))
         systemServices().systemLog->write(u"No breadcrumbs are kept: another run has them, or "
                                           "the folder cannot be written."_s);
+    const OrderlyEnd end(quarantine);
     std::unique_ptr<QWidget> window; // outlives the delegate that works on it
     mndAppDelegate delegate;
     delegate.setPluginQuarantine(&quarantine);

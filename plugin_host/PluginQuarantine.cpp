@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -32,6 +33,34 @@ QString entry(const QString &bundle, const QString &module)
     return QString::number(built) + u' ' + bundle;
 }
 
+bool isAt(const QByteArray &path, const FileDescriptor &file)
+{
+    struct stat there = {};
+    struct stat opened = {};
+    return ::stat(path.constData(), &there) == 0 && ::fstat(file.number(), &opened) == 0
+        && there.st_ino == opened.st_ino && there.st_dev == opened.st_dev;
+}
+
+/// Open when the file is this process's alone.
+FileDescriptor openLocked(const QByteArray &path)
+{
+    constexpr int attempts = 3;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        FileDescriptor file(uninterrupted([&] {
+            return ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK,
+                          0600);
+        }));
+        // The lock ends with the process, however that ends.
+        if (!file.isOpen()
+            || uninterrupted([&] { return ::flock(file.number(), LOCK_EX | LOCK_NB); }) != 0)
+            break;
+        // Whoever had it may have taken it away in between.
+        if (isAt(path, file))
+            return file;
+    }
+    return {};
+}
+
 } // namespace
 
 PluginQuarantine::PluginQuarantine()
@@ -51,12 +80,7 @@ PluginQuarantine::PluginQuarantine(Options options)
 
 PluginQuarantine::~PluginQuarantine()
 {
-    clear();
-    if (m_crumb)
-        ::munmap(m_crumb, PATH_MAX);
-    // What cannot be cut to nothing is empty all the same.
-    if (m_file.isOpen() && ::ftruncate(m_file.number(), 0) != 0)
-        m_file.reset();
+    end();
 }
 
 QString PluginQuarantine::breadcrumbPath()
@@ -71,13 +95,8 @@ bool PluginQuarantine::keepBreadcrumbs(const QString &file)
 {
     QDir().mkpath(QFileInfo(file).path());
     const QByteArray path = FilePath::encode(file);
-    FileDescriptor opened(uninterrupted([&] {
-        return ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK,
-                      0600);
-    }));
-    // The lock ends with the process, however that ends.
-    if (!opened.isOpen()
-        || uninterrupted([&] { return ::flock(opened.number(), LOCK_EX | LOCK_NB); }) != 0)
+    FileDescriptor opened = openLocked(path);
+    if (!opened.isOpen())
         return false;
     // Mapped, since a plugin is entered often; and with its room reserved, since a full disk would
     // otherwise show at the first touch.
@@ -88,11 +107,26 @@ bool PluginQuarantine::keepBreadcrumbs(const QString &file)
     if (mapped == MAP_FAILED)
         return false;
     m_crumb = static_cast<char *>(mapped);
+    m_path = path;
     m_file = std::move(opened);
     const QByteArrayView left(m_crumb, static_cast<qsizetype>(::strnlen(m_crumb, PATH_MAX)));
     m_culprit = left.isEmpty() ? QString() : FilePath::decode(left);
     clear();
     return true;
+}
+
+void PluginQuarantine::end()
+{
+    clear();
+    if (!m_crumb)
+        return;
+    ::munmap(m_crumb, PATH_MAX);
+    m_crumb = nullptr;
+    // Under the lock: it is nobody else's. What can be neither removed nor cut is empty all the
+    // same.
+    if (::unlink(m_path.constData()) != 0 && ::ftruncate(m_file.number(), 0) != 0)
+        systemServices().systemLog->write(u"An empty breadcrumb stays behind."_s);
+    m_file.reset();
 }
 
 bool PluginQuarantine::isNamed(const QStringList &names)

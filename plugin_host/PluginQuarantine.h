@@ -23,7 +23,6 @@ public:
 
     PluginQuarantine();
     explicit PluginQuarantine(Options options);
-    /// Takes the breadcrumb away: an orderly end is nobody's fault.
     ~PluginQuarantine();
     Q_DISABLE_COPY_MOVE(PluginQuarantine)
 
@@ -33,6 +32,9 @@ public:
     /// Keeps breadcrumbs in this file from now on, unless another process does so already. False
     /// when there will be none.
     bool keepBreadcrumbs(const QString &file);
+    /// Takes the breadcrumb away and keeps none from here on: an orderly end is nobody's fault.
+    /// Done by the destructor, too.
+    void end();
     /// The bundle that the run before ended in; null when it ended well.
     const QString &culprit() const { return m_culprit; }
 
@@ -56,9 +58,10 @@ private:
 
     Options m_options;
     QStringList m_unknown;
+    QByteArray m_path;
     FileDescriptor m_file; ///< keeps the lock
-    char *m_crumb =
-        nullptr; ///< the file, mapped; PATH_MAX bytes, of which a text up to its end counts
+    /// The file, mapped; PATH_MAX bytes, of which a text up to its end counts.
+    char *m_crumb = nullptr;
     QString m_culprit;
     QString m_entered;
 };

@@ -8,7 +8,7 @@ class mndTheme
 public:
     QColor backgroundColor() const { return Qt::white; }
 
-    /// Components are single-precision roundings of their decimals.
+    /// As near to these as QColor's 16 bits a component come.
     QColor sidebarColor() const { return QColor::fromRgbF(0.66F, 0.84F, 0.95F, 1.0F); }
 
     QColor sidebarFontColor() const { return Qt::black; }

@@ -69,6 +69,13 @@ TEST_F(Quarantine, TellsTheNextRunWhichPluginTookThisOneDown)
              q.enter(QString(5000, u'x'));
          },
          {}},
+        {"an end that the program decides on",
+         [](PluginQuarantine &q) {
+             q.enter(u"/a.bundle"_s);
+             q.end();
+             q.enter(u"/b.bundle"_s);
+         },
+         {}},
         {"an orderly end", [](PluginQuarantine &q) { q.enter(u"/a.bundle"_s); }, {}, true},
     };
     for (const Case &c : cases) {
@@ -94,9 +101,12 @@ TEST_F(Quarantine, TellsTheNextRunWhichPluginTookThisOneDown)
         PluginQuarantine other;
         EXPECT_FALSE(other.keepBreadcrumbs(file)) << "one run at a time";
     }
-    PluginQuarantine innocent;
-    ASSERT_TRUE(innocent.keepBreadcrumbs(file));
-    EXPECT_TRUE(innocent.culprit().isNull()) << "told once";
+    {
+        PluginQuarantine innocent;
+        ASSERT_TRUE(innocent.keepBreadcrumbs(file));
+        EXPECT_TRUE(innocent.culprit().isNull()) << "told once";
+    }
+    EXPECT_FALSE(QFile::exists(file)) << "nothing stays behind";
 }
 
 TEST_F(Quarantine, KeepsNoBreadcrumbsWhereThereIsNoRoom)

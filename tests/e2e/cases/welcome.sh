@@ -57,6 +57,7 @@ test_ends_for_a_user_who_refuses() {
     go_to_folder_page
     click link "Disallow access and exit"
     expect_end 0
+    [[ ! -e $HOME/.local/state/Solvane/plugin-in-progress ]] || fail "a plugin would be accused"
     [[ ! -e $settings ]] || ! grep -q slv.sandbox "$settings" || fail "something was stored"
 }
 
