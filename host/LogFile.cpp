@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <sys/stat.h>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -21,19 +22,28 @@ constexpr int removalAttempts = 12;
 /// room as well, they would remove the new file with the lines that are already in it.
 std::atomic_flag makingRoom = ATOMIC_FLAG_INIT;
 
-FileDescriptor openToAppend(const QString &path)
+FileDescriptor openToAppend(const QString &path, int flags)
 {
-    const auto open = [&] {
-        const FilePlace place = FilePlace::of(path);
-        constexpr int flags = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK;
-        constexpr mode_t mode = 0644;
-        return FileDescriptor(
-            uninterrupted([&] { return ::openat(place.folder(), place.path(), flags, mode); }));
-    };
-    FileDescriptor file = open();
+    const FilePlace place = FilePlace::of(path);
+    flags |= O_WRONLY | O_APPEND | O_CLOEXEC | O_NONBLOCK;
+    constexpr mode_t mode = 0644;
+    return FileDescriptor(
+        uninterrupted([&] { return ::openat(place.folder(), place.path(), flags, mode); }));
+}
+
+/// The file, and whether it is a new one.
+std::pair<FileDescriptor, bool> openOrMake(const QString &path)
+{
+    FileDescriptor file = openToAppend(path, 0);
+    if (file.isOpen() || errno != ENOENT)
+        return {std::move(file), false};
+    file = openToAppend(path, O_CREAT | O_EXCL);
     if (!file.isOpen() && errno == ENOENT && QDir().mkpath(QFileInfo(path).path()))
-        file = open();
-    return file;
+        file = openToAppend(path, O_CREAT | O_EXCL);
+    if (file.isOpen() || errno != EEXIST)
+        return {std::move(file), true};
+    // Another thread's line was faster, or a link leads to where nothing is yet.
+    return {openToAppend(path, O_CREAT), false};
 }
 
 /// Makes a blank line of what a full disk has left of a line. It stays where it is: by the time the
@@ -57,17 +67,20 @@ void blankOut(int appending, const QString &path, ssize_t written)
         ::pwrite(file.number(), blank.constData(), size_t(blank.size()), end - written) == 0);
 }
 
-bool append(const QString &path, const QByteArray &data)
+LogFile::Written append(const QString &path, const QByteArray &data)
 {
-    FileDescriptor file = openToAppend(path);
+    using LogFile::Written;
+    auto [file, isNew] = openOrMake(path);
     if (!file.isOpen())
-        return false;
+        return Written::NotAtAll;
     const ssize_t written = uninterrupted(
         [&] { return ::write(file.number(), data.constData(), size_t(data.size())); });
     const bool whole = written == data.size();
     if (!whole)
         blankOut(file.number(), path, written);
-    return file.close() && whole;
+    if (!file.close() || !whole)
+        return Written::NotAtAll;
+    return isNew ? Written::ToANewFile : Written::ToTheFile;
 }
 
 void makeRoom(const QString &path, mndHelpers &helpers)
@@ -91,7 +104,7 @@ QString line(const QString &message, const QDateTime &time, const QLocale &local
         + locale.toString(time.time(), QLocale::ShortFormat) + u' ' + text + u'\n';
 }
 
-bool write(const QString &path, const QString &line, mndHelpers *helpers)
+Written write(const QString &path, const QString &line, mndHelpers *helpers)
 {
     if (helpers && !makingRoom.test_and_set()) {
         const auto done = qScopeGuard([] { makingRoom.clear(); });

@@ -12,6 +12,12 @@ namespace LogFile {
 /// Above this many bytes the file makes way for a new one.
 inline constexpr quint64 sizeLimit = 6'144'000;
 
+enum class Written {
+    NotAtAll, ///< no part of it is in the file, but for a blank line at most
+    ToTheFile,
+    ToANewFile, ///< as its first line
+};
+
 /// Time stamp in the locale's short styles, a blank, the message without any " NULL", a line feed.
 QString line(const QString &message, const QDateTime &time, const QLocale &locale);
 
@@ -19,8 +25,6 @@ QString line(const QString &message, const QDateTime &time, const QLocale &local
 /// the file and its folder when they are missing. A file beyond the limit is removed first, by the
 /// helpers; one that cannot be removed is written to all the same.
 /// @param helpers null: no file counts as too large. What it throws reaches the caller.
-/// @return false when the line could not be written; then no part of it is in the file, but for a
-/// blank line at most.
-bool write(const QString &path, const QString &line, mndHelpers *helpers);
+Written write(const QString &path, const QString &line, mndHelpers *helpers);
 
 } // namespace LogFile

@@ -59,16 +59,16 @@ void mndAppDelegate::log(const QString &message)
         return;
     const QString line =
         LogFile::line(message, systemServices().clock->now(), systemServices().languages->locale());
-    bool written = false;
+    auto written = LogFile::Written::NotAtAll;
     try {
         auto *helpers = qobject_cast<mndHelpers *>(sharedObject(u"SHARED.HELPERS"_s));
         written = LogFile::write(logFilePath(), line, helpers);
     } catch (...) {
         // Helpers that fail are no reason to lose a line; it goes the way of any disk error.
     }
-    if (!written)
+    if (written == LogFile::Written::NotAtAll)
         systemServices().systemLog->write(line);
-    else if (!extendedLoggingValue())
+    else if (written == LogFile::Written::ToANewFile && !extendedLoggingValue())
         QFile::remove(logFilePath()); // which the switch has removed while this line was on its way
 }
 
