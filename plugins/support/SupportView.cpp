@@ -1,6 +1,5 @@
 #include "SupportView.h"
 
-#include "LoggingCard.h"
 #include "SentFacts.h"
 #include "VersionList.h"
 
@@ -39,8 +38,8 @@ QLabel *makeHeading(const QString &text, double factor)
     return label;
 }
 
-/// A label that is one link, which the keyboard reaches at the first press of Tab. A plain label would
-/// take one press for itself.
+/// A label that is one link, which the keyboard reaches at the first press of Tab. A plain label
+/// would take one press for itself.
 class LinkLabel : public QLabel
 {
 protected:
@@ -140,11 +139,6 @@ SupportView::SupportView(mndCore *core, const QString &bundlePath)
     m_sentPlace = new QVBoxLayout;
     m_sentPlace->setContentsMargins(0, 0, 0, 0);
     column->addLayout(m_sentPlace);
-    if (core) {
-        column->addSpacing(look::gap);
-        m_logging = new LoggingCard(core, m_texts);
-        column->addWidget(m_logging);
-    }
     column->addSpacing(24);
     column->addLayout(makeVersionsHeading());
     column->addSpacing(8);
@@ -231,8 +225,6 @@ QLayout *SupportView::makeVersionsHeading()
 
 void SupportView::refresh()
 {
-    if (m_logging)
-        m_logging->refresh();
     const QString added = m_core
         ? m_core->stringByExpandingTildeInPath(u"~/Library/Application Support/Solvane"_s)
         : QString();

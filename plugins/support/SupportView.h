@@ -7,7 +7,6 @@
 #include <QTimer>
 #include <QWidget>
 
-class LoggingCard;
 class QLabel;
 class QVBoxLayout;
 class VersionList;
@@ -20,7 +19,7 @@ public:
     /// @param bundlePath this plugin's own bundle; its siblings are listed.
     SupportView(mndCore *core, const QString &bundlePath);
 
-    /// Reads the versions, and how the log is switched, anew.
+    /// Reads the versions anew.
     void refresh();
 
     QString versionsText() const;
@@ -36,7 +35,6 @@ private:
     mndCore *m_core;
     Texts m_texts;
     QString m_ownFolder;
-    LoggingCard *m_logging = nullptr;
     QLabel *m_noBrowser = nullptr;
     QLabel *m_copied = nullptr;
     QVBoxLayout *m_sentPlace = nullptr;

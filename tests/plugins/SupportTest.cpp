@@ -165,23 +165,4 @@ TEST(SupportView, ShowsWhatFeedbackSendsBeforeItDoes)
     EXPECT_EQ(shown(), QStringList());
 }
 
-TEST(SupportView, SwitchesTheExtendedLogAndFollowsTheHost)
-{
-    FakeCore core;
-    core.logging = true;
-    SupportView view(&core, u"/nowhere/Support.bundle"_s);
-    auto *box = view.findChild<QCheckBox *>();
-    ASSERT_TRUE(box);
-    EXPECT_TRUE(box->isChecked());
-    box->click();
-    EXPECT_FALSE(core.logging);
-    core.logging = true;
-    view.refresh();
-    EXPECT_TRUE(box->isChecked());
-    core.logging = false;
-    QEvent enter(QEvent::Enter);
-    QApplication::sendEvent(box->parentWidget(), &enter);
-    EXPECT_FALSE(box->isChecked()) << "switched in the menu while the page shows";
-}
-
 #include "SupportTest.moc"
