@@ -52,7 +52,8 @@ QString mndAppDelegate::getHomeDirectory()
 /// window to ask in.
 bool mndAppDelegate::askForHomeDirectory()
 {
-    if (!_welcome || !_window || !_welcome->load())
+    // A diagnosis has nobody to ask.
+    if (m_observer || !_welcome || !_window || !_welcome->load())
         return false;
     // A plugin may ask before the start is over, or in a start that shows nothing; nobody could
     // answer.

@@ -2,6 +2,7 @@
 #include "host/HostFixture.h"
 #include "platform/foundation/RealFileSystem.h"
 #include "platform/ui/ModalLoop.h"
+#include "plugin_host/PluginLoadReport.h"
 
 #include <QScopedValueRollback>
 #include <QTabWidget>
@@ -218,6 +219,17 @@ TEST_F(StoreEdition, LetsEveryoneWaitForTheOneAnswer)
     worker.join();
     EXPECT_EQ(answers, QStringList(3, realHome()));
     EXPECT_FALSE(ModalLoop::isRunning());
+}
+
+TEST_F(StoreEdition, AsksNobodyInADiagnosis)
+{
+    struct : PluginLoadObserver
+    {
+        void bundleHandled(const PluginLoadReport &) override { }
+    } observer;
+    delegate->setPluginLoadObserver(&observer);
+    start();
+    EXPECT_TRUE(delegate->getHomeDirectory().isNull());
 }
 
 TEST_F(StoreEdition, DoesWithoutAWindowToAskIn)
