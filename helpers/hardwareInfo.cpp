@@ -1,6 +1,6 @@
 #include "helpers/hardwareInfo.h"
 
-#include "platform/foundation/FilePath.h"
+#include "platform/foundation/FilePlace.h"
 #include "platform/foundation/SystemServices.h"
 
 #include <sys/statvfs.h>
@@ -15,9 +15,11 @@ const MachineFacts &facts()
 /// Nothing for a path that leads nowhere.
 std::optional<struct statvfs> volumeOf(const QString &path)
 {
+    const FilePlace place = FilePlace::of(path);
+    const FileDescriptor item(
+        uninterrupted([&] { return ::openat(place.folder(), place.path(), O_PATH | O_CLOEXEC); }));
     struct statvfs volume;
-    const QByteArray name = FilePath::encode(path);
-    if (name.isEmpty() || ::statvfs(name.constData(), &volume) != 0)
+    if (!item.isOpen() || ::fstatvfs(item.number(), &volume) != 0)
         return std::nullopt;
     return volume;
 }

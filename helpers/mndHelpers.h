@@ -18,7 +18,8 @@ public:
 };
 
 /// The helper service, shared under "SHARED.HELPERS". It holds no state: every method may be called
-/// from any thread and works on the caller's. Failures are told by the answer alone.
+/// from any thread and works on the caller's; what is marked [wait] waits for the main thread, as
+/// in mndCore. Failures are told by the answer alone.
 ///
 /// Paths are written as FilePath writes them, so that names that are no UTF-8 survive.
 class mndHelpers
@@ -27,9 +28,9 @@ public:
     virtual ~mndHelpers() = default;
 
     virtual int forcedDelayValue() = 0;                ///< seconds, 2 to 15
-    virtual void setForcedDelayValue(int seconds) = 0; ///< kept within 2 to 15
+    virtual void setForcedDelayValue(int seconds) = 0; ///< [wait] kept within 2 to 15
     virtual bool secureQuickCleanValue() = 0;
-    virtual void setSecureQuickCleanValue(bool value) = 0;
+    virtual void setSecureQuickCleanValue(bool value) = 0; ///< [wait]
 
     /// The number as the user's locale groups it; null for an invalid value.
     virtual QString stringForNumber(const QVariant &number) = 0;
@@ -41,7 +42,8 @@ public:
     /// Links are reported, never followed. A null result is allowed.
     virtual void enumerateFilesAtPath(const QString &path, FileRecords *result) = 0;
     /// The delegate is sent "onFileFound:" with each record, on the calling thread, once the record
-    /// is in the result. Null, or without that method: nothing is sent.
+    /// is in the result; records come in groups of up to some hundred. Null, or without that
+    /// method: nothing is sent.
     virtual void enumerateFilesAtPathEx(const QString &path, FileRecords *result,
                                         QObject *delegate) = 0;
 
@@ -67,7 +69,7 @@ public:
     /// A square icon for a table's cell, its edge in points: an image file's picture, and a file's
     /// or bundle's own icon. Aligned to the right. A null or empty image path gives an
     /// application's usual icon; there is no attachment for a file that is no image, and for sizes
-    /// below 1. Sizes above 1024 count as 1024. From another thread these wait for the main thread.
+    /// below 1. Sizes above 1024 count as 1024. [wait]
     virtual AttributedString tableViewIconForFile(const QString &path, int size) = 0;
     virtual AttributedString tableViewIconForBundle(const QString &path, int size) = 0;
 

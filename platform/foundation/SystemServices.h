@@ -55,12 +55,13 @@ public:
     virtual QString actualHome() const = 0;
 };
 
-/// Settings that outlive the process, of the host and of every plugin.
+/// Settings that outlive the process, of the host and of every plugin. Any thread; what changes
+/// them waits for the main thread.
 class UserDefaults
 {
 public:
     virtual ~UserDefaults() = default;
-    /// Invalid when absent. Any thread.
+    /// Invalid when absent. Waits for nobody.
     virtual QVariant value(const QString &key) const = 0;
     virtual void setValue(const QString &key, const QVariant &value) = 0;
     virtual void removeValue(const QString &key) = 0;
