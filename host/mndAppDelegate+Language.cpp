@@ -82,6 +82,12 @@ void mndAppDelegate::localizeMenus()
     };
     localizeSubmenu(1, "SZ_MENU_WINDOW", miWindow);
     localizeSubmenu(2, "SZ_MENU_HELP", miHelp);
+
+    // What shows no text of its own is read out.
+    if (sourceList)
+        sourceList->setAccessibleName(stringResource(u"SZ_NAME_PLUGINS"_s, u"Plugins"_s));
+    if (_helpbtn)
+        _helpbtn->setAccessibleName(stringResource(u"SZ_MENU_HELP"_s, u"Help"_s));
 }
 
 QString mndAppDelegate::localizeLink(const QString &link)

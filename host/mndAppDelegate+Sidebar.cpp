@@ -257,9 +257,20 @@ void mndAppDelegate::findAndSetProcessing(const QString &id, bool value)
 
 void mndAppDelegate::pluginSetProcessingEx(const QVariantList &packed)
 {
+    // A spinner is known by its frame, which would be another one later.
+    if (m_earlySpinners)
+        return m_earlySpinners->append(packed);
     _pluginSetProcessing(packed.value(0).toString(), packed.value(1).toString(),
                          packed.value(2).toBool());
     setSidebarNeedsDisplay();
+}
+
+void mndAppDelegate::placeEarlySpinners()
+{
+    const QList<QVariantList> early = m_earlySpinners.value_or(QList<QVariantList>());
+    m_earlySpinners.reset();
+    for (const QVariantList &packed : early)
+        pluginSetProcessingEx(packed);
 }
 
 void mndAppDelegate::_pluginSetProcessing(const QString &heading, const QString &title, bool value)
@@ -282,6 +293,7 @@ void mndAppDelegate::_pluginSetProcessing(const QString &heading, const QString 
     if (!spinner) {
         spinner = new ProgressIndicator(sourceList->viewport());
         spinner->setGeometry(frame);
+        spinner->setAccessibleName(stringResource(u"SZ_NAME_BUSY"_s, u"Busy"_s));
         spinner->hide();
     }
     spinner->setVisible(value);

@@ -14,6 +14,7 @@
 #include "platform/ui/Application.h"
 #include "platform/ui/DesktopServices.h"
 #include "platform/ui/NamedImage.h"
+#include "platform/ui/TouchBarStrip.h"
 #include "plugin_host/mndPlugins.h"
 #include "plugin_host/PluginQuarantine.h"
 
@@ -170,10 +171,13 @@ void mndAppDelegate::_loaded2()
         noteFirstPlace();
         if (sourceList)
             sourceList->reloadData();
+        placeEarlySpinners();
     });
     if (_window && _window->centralWidget())
         _window->centralWidget()->update();
     uiRevertToSystemTouchbar();
+    if (TouchBarStrip *strip = _window ? _window->touchBarStrip() : nullptr)
+        strip->setAccessibleName(stringResource(u"SZ_NAME_TOUCH_BAR"_s, u"Touch Bar"_s));
     if (!getHomeDirectory().isNull())
         beginAccessingBookmark();
     if (sourceList) {
@@ -207,6 +211,10 @@ bool mndAppDelegate::applicationShouldHandleReopen(QObject *, bool)
         _window->show();
         _window->raise();
         _window->activateWindow();
+        // What was started without its window has its first place now.
+        if (m_frameIsUnplaced)
+            systemServices().scheduler->after(endOfStartupDelay, this,
+                                              [this] { noteFirstPlace(); });
     }
     if (miShowMainWindow)
         miShowMainWindow->setVisible(false);
@@ -280,7 +288,8 @@ void mndAppDelegate::onCheckForUpdateClicked(QObject *)
 
 void mndAppDelegate::onAboutClicked(QObject *)
 {
-    if (!_about)
+    // Nobody could end the sheet of a window that is missing.
+    if (!_about || !_about->window())
         return;
     beginModalSheet(_about->window());
     uiMakeSLVTouchbarWithButtons({u"OK"_s}, _about.get(), Selector(u"onOKClicked:"_s),

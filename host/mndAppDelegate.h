@@ -198,6 +198,7 @@ private:
                                    const QImage &icon);
     void findAndSetProcessing(const QString &id, bool value);
     void pluginSetProcessingEx(const QVariantList &packed);
+    void placeEarlySpinners();
     void _pluginSetProcessing(const QString &heading, const QString &title, bool value);
     void _uiCreateIndeterminateSpinner(QWidget *webView);
     void _uiFreeIndeterminateSpinner(QWidget *webView);
@@ -217,6 +218,8 @@ private:
     std::atomic<qint32> _isModalShowing = 0;
     QRectF _oldFrame;
     bool m_frameIsUnplaced = false; ///< _oldFrame is from before the window had its place
+    /// What was asked of spinners before the sidebar had its place; nothing once it has.
+    std::optional<QList<QVariantList>> m_earlySpinners = QList<QVariantList>();
     QPointer<QWidget> _title;
     std::unique_ptr<Welcome> _welcome;
     std::optional<LanguageFile> _languageFile;

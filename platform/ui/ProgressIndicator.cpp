@@ -21,7 +21,6 @@ ProgressIndicator::ProgressIndicator(QWidget *parent)
     : QWidget(parent)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
-    setAccessibleName(u"Busy"_s);
 }
 
 QSize ProgressIndicator::sizeHint() const

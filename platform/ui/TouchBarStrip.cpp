@@ -51,7 +51,6 @@ TouchBarStrip::TouchBarStrip(QMainWindow *window)
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setWidgetResizable(true);
     setFixedHeight(stripHeight);
-    setAccessibleName(u"Touch Bar"_s);
     auto *content = new QWidget;
     m_row = new QHBoxLayout(content);
     m_row->setContentsMargins(stripMargin, 0, stripMargin, 0);

@@ -1,4 +1,5 @@
 #include "host/HostFixture.h"
+#include "platform/ui/ProgressIndicator.h"
 
 namespace {
 
@@ -78,6 +79,21 @@ TEST_F(Host, TakesItsStepsInOrder)
               (QStringList{u"plugin.fixture.Good onAllPluginsLoaded"_s,
                            u"plugin.status onAllPluginsLoaded"_s, u"later"_s, u"after 0.1"_s,
                            u"sidebar shown"_s}));
+}
+
+TEST_F(Host, PlacesSpinnersOnceTheSidebarHasItsPlace)
+{
+    services.addFixture(u"StatusFixture"_s, services.resources());
+    const auto spinners = [this] { return list()->findChildren<ProgressIndicator *>(); };
+    delegate->applicationDidFinishLaunching();
+    delegate->pluginSetProcessing(u"plugin.status"_s, true);
+    EXPECT_TRUE(spinners().isEmpty());
+    services.runScheduled();
+    ASSERT_EQ(spinners().size(), 1);
+    EXPECT_FALSE(spinners().first()->isHidden());
+    delegate->pluginSetProcessing(u"plugin.status"_s, false);
+    ASSERT_EQ(spinners().size(), 1) << "found again";
+    EXPECT_TRUE(spinners().first()->isHidden());
 }
 
 TEST_F(Host, LocalisesItsMenusAndKeepsDesignedTitlesOtherwise)
