@@ -17,10 +17,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QStringList argumentsFor(const CommandLine &commandLine, const QString &bundle,
+/// Beyond what any plugin needs to start.
+constexpr int longestRun = 60'000; // milliseconds
+
+QStringList argumentsFor(const CommandLine &commandLine, const QString &task,
                          const QString &breadcrumb)
 {
-    QStringList arguments{u"--breadcrumb=%1"_s.arg(breadcrumb), u"--check-plugin=%1"_s.arg(bundle)};
+    QStringList arguments{u"--breadcrumb=%1"_s.arg(breadcrumb), task};
     if (commandLine.safeMode)
         arguments << u"--safe-mode"_s;
     for (const QString &name : commandLine.withoutPlugins)
@@ -36,41 +39,75 @@ QString end(const QProcess &process)
         : u"it ended with status %1"_s.arg(process.exitCode());
 }
 
-/// Whose code ran then.
-QString culprit(const QString &bundle, const QString &breadcrumb)
+/// The bundle whose code ran then; empty for none.
+QString culpritIn(const QString &breadcrumb)
 {
     PluginQuarantine reader;
     reader.keepBreadcrumbs(breadcrumb);
-    if (reader.culprit().isEmpty())
-        return u"the program was taken down"_s;
-    const bool isItself =
-        QFileInfo(reader.culprit()).canonicalFilePath() == QFileInfo(bundle).canonicalFilePath();
-    return isItself ? u"it took the program down"_s
-                    : u"not checked: %1 took the program down"_s.arg(reader.culprit());
+    return reader.culprit();
 }
 
-} // namespace
-
-int checkInItsOwnProcess(const CommandLine &commandLine, const QString &bundle, QTextStream &out)
+/// @param bundle the one that is checked; null for none.
+QString who(const QString &culprit, const QString &bundle)
 {
-    const QString name = QFileInfo(QDir::cleanPath(bundle)).fileName();
+    if (culprit.isEmpty())
+        return u"the program"_s;
+    if (bundle.isNull())
+        return culprit;
+    const bool isItself =
+        QFileInfo(culprit).canonicalFilePath() == QFileInfo(bundle).canonicalFilePath();
+    return isItself ? u"it"_s : u"not checked: "_s + culprit;
+}
+
+/// Runs this program for the task and passes on what it says.
+/// @param name stands before what went wrong.
+/// @param bundle the one that it is about; null for all of them.
+int runInItsOwnProcess(const CommandLine &commandLine, const QString &task, const QString &name,
+                       const QString &bundle, QTextStream &out)
+{
     const QTemporaryDir folder;
     const QString breadcrumb = folder.filePath(u"plugin-in-progress"_s);
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
     process.start(QCoreApplication::applicationFilePath(),
-                  argumentsFor(commandLine, bundle, breadcrumb), QIODevice::ReadOnly);
+                  argumentsFor(commandLine, task, breadcrumb), QIODevice::ReadOnly);
     if (!process.waitForStarted()) {
-        out << name << ": not checked: " << process.errorString() << '\n';
+        out << name << ": not done: " << process.errorString() << '\n';
         return 1;
     }
-    process.waitForFinished(-1);
+    const bool hasEnded = process.waitForFinished(longestRun);
+    if (!hasEnded) {
+        process.kill();
+        process.waitForFinished();
+    }
     const QByteArray said = process.readAllStandardOutput();
     out << QString::fromUtf8(said);
-    const bool isWhole = process.exitStatus() == QProcess::NormalExit && !said.isEmpty();
-    if (!isWhole)
-        out << name << ": " << culprit(bundle, breadcrumb) << ": " << end(process) << '\n';
+    const QString culprit = culpritIn(breadcrumb);
+    // What ends in order, but too early, has said why on the error stream.
+    const bool isWhole = hasEnded && process.exitStatus() == QProcess::NormalExit
+        && culprit.isEmpty() && (bundle.isNull() || !said.isEmpty());
+    if (!isWhole) {
+        out << name << ": " << who(culprit, bundle);
+        if (!hasEnded)
+            out << " did not come to an end within " << longestRun / 1000 << " seconds\n";
+        else
+            out << (culprit.isEmpty() ? " was taken down: " : " took the program down: ")
+                << end(process) << '\n';
+    }
     out.flush();
     return isWhole ? process.exitCode() : 1;
+}
+
+} // namespace
+
+int checkInItsOwnProcess(const CommandLine &commandLine, const QString &bundle, QTextStream &out)
+{
+    return runInItsOwnProcess(commandLine, u"--check-plugin=%1"_s.arg(bundle),
+                              QFileInfo(QDir::cleanPath(bundle)).fileName(), bundle, out);
+}
+
+int listInItsOwnProcess(const CommandLine &commandLine, QTextStream &out)
+{
+    return runInItsOwnProcess(commandLine, u"--list-plugins"_s, u"solvane"_s, {}, out);
 }

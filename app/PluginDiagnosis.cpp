@@ -1,5 +1,7 @@
 #include "app/PluginDiagnosis.h"
 
+#include "platform/foundation/Bundle.h"
+#include "platform/foundation/SystemServices.h"
 #include "plugin_host/PluginQuarantine.h"
 
 #include <QDir>
@@ -63,6 +65,20 @@ const PluginLoadReport *PluginDiagnosis::find(const QString &canonicalPath) cons
     return found == m_reports.end() ? nullptr : &*found;
 }
 
+/// A new build of an installed plugin is no second one, but for those that come with the
+/// application.
+QString PluginDiagnosis::rivalOf(const PluginLoadReport &report) const
+{
+    const QString own = systemServices().mainBundle->path();
+    const auto isRival = [&](const PluginLoadReport &other) {
+        return &other != &report && other.accepted && !report.id.isEmpty() && other.id == report.id
+            && (other.path.startsWith(own)
+                || QFileInfo(other.path).fileName() != QFileInfo(report.path).fileName());
+    };
+    const auto found = std::find_if(m_reports.begin(), m_reports.end(), isRival);
+    return found == m_reports.end() ? QString() : found->path;
+}
+
 int PluginDiagnosis::check(const QString &path, QObject &core, PluginQuarantine &quarantine,
                            QTextStream &out)
 {
@@ -79,13 +95,17 @@ int PluginDiagnosis::check(const QString &path, QObject &core, PluginQuarantine 
         quarantine.leave(bundle.absoluteFilePath());
         report = &m_reports.last();
     }
-    for (const QString &problem : report->problems)
+    QStringList problems = report->problems;
+    if (const QString rival = report->accepted ? rivalOf(*report) : QString(); !rival.isNull())
+        problems << u"\"%1\" is already the id of %2: one of them is refused"_s.arg(report->id,
+                                                                                    rival);
+    for (const QString &problem : std::as_const(problems))
         out << bundle.fileName() << ": " << problem << '\n';
     if (bundle.suffix() != "bundle"_L1)
         out << bundle.fileName()
             << ": its name does not end in \".bundle\": it is never looked at\n";
-    else if (report->problems.isEmpty())
+    else if (problems.isEmpty())
         out << bundle.fileName() << ": no problems found; \"" << report->id << "\" loads in "
             << milliseconds(report->milliseconds) << " ms\n";
-    return report->accepted && report->problems.isEmpty() && bundle.suffix() == "bundle"_L1 ? 0 : 1;
+    return report->accepted && problems.isEmpty() && bundle.suffix() == "bundle"_L1 ? 0 : 1;
 }

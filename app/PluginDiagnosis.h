@@ -28,6 +28,8 @@ public:
 
 private:
     const PluginLoadReport *find(const QString &canonicalPath) const;
+    /// The path of another plugin with the same id; null for none.
+    QString rivalOf(const PluginLoadReport &report) const;
 
     QList<PluginLoadReport> m_reports;
     /// Until the end: the threads of one plugin may wait for the main thread while the next loads.

@@ -127,7 +127,7 @@ int diagnoseHere(const CommandLine &commandLine, Application &application)
     QTextStream out(stdout);
     if (commandLine.listPlugins)
         diagnosis.list(out);
-    return breadcrumb.isNull()
+    return commandLine.checkPlugin.isNull()
         ? 0
         : diagnosis.check(commandLine.checkPlugin, delegate, quarantine, out);
 }
@@ -136,8 +136,8 @@ int diagnose(const CommandLine &commandLine, Application &application)
 {
     if (!commandLine.breadcrumb.isNull())
         return diagnoseHere(commandLine, application);
-    int status = commandLine.listPlugins ? diagnoseHere(commandLine, application) : 0;
     QTextStream out(stdout);
+    int status = commandLine.listPlugins ? listInItsOwnProcess(commandLine, out) : 0;
     for (const QString &bundle : commandLine.pluginsToCheck())
         status |= checkInItsOwnProcess(commandLine, bundle, out);
     return status;

@@ -64,7 +64,8 @@ public:
     virtual void uiMaximize() = 0;             ///< [wait]
     virtual void uiRestore() = 0;              ///< [wait]
     virtual QWidget *uiSystemStatusView() = 0; ///< [any] to be touched on the main thread only
-    /// [any] Shows the busy page in a view made as "WebView"; any other view is left alone.
+    /// [any] Shows the busy page in a view made as "WebView", or an empty one in its place, a
+    /// moment later; any other view is left alone.
     virtual void uiCreateIndeterminateSpinner(QWidget *webView) = 0;
     virtual void uiFreeIndeterminateSpinner(QWidget *webView) = 0; ///< [any]
 

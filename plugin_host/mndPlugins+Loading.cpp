@@ -13,6 +13,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QImage>
 #include <QWidget>
 
 using namespace Qt::StringLiterals;
@@ -61,6 +62,11 @@ bool declaresPlugin(const Bundle &bundle, BundleModule &module, QStringList &pro
                         .arg(metadata.value().interfaceId, QLatin1StringView(mndPlugin_iid));
         return false;
     }
+    if (metadata.value().apiVersion == 0) {
+        problems
+            << u"its metadata names no host API: Q_PLUGIN_METADATA needs FILE \"plugin.json\""_s;
+        return false;
+    }
     if (metadata.value().apiVersion != hostApiVersion) {
         problems << u"built for host API %1, this host has %2"_s.arg(metadata.value().apiVersion)
                         .arg(hostApiVersion);
@@ -82,13 +88,18 @@ QStringList remarks(const Dictionary &info, const QObject *plugin)
             << u"the info dictionary has no \"parent\": its row goes under a heading without title"_s;
     if (!info.value<QWidget *>(u"view"_s))
         found << u"the info dictionary has no \"view\": it gets no row and is never shown"_s;
-    if (!qobject_cast<const mndPluginDelegate *>(plugin)) {
-        for (const char *method : {"onViewShow", "onViewHide", "onAllPluginsLoaded"}) {
-            if (perform::responds(plugin, Selector(QString::fromLatin1(method)))) {
-                found << u"%1 is never called: the class does not declare mndPluginDelegate"_s.arg(
-                    QLatin1StringView(method));
-            }
-        }
+    for (const QString &key : {u"icon"_s, u"icon-selected"_s}) {
+        if (info.contains(key) && info.value<QImage>(key).isNull())
+            found << u"\"%1\" is no QImage, or an empty one: its row has no icon"_s.arg(key);
+    }
+    const auto responds = [plugin](const char *method) {
+        return perform::responds(plugin, Selector(QString::fromLatin1(method)));
+    };
+    if (!qobject_cast<const mndPluginDelegate *>(plugin)
+        && (dynamic_cast<const mndPluginDelegate *>(plugin) || responds("onViewShow")
+            || responds("onViewHide") || responds("onAllPluginsLoaded"))) {
+        found << u"what mndPluginDelegate has is never called: the class does not name it in "
+                 "Q_INTERFACES"_s;
     }
     return found;
 }
@@ -219,8 +230,10 @@ bool mndPlugins::load(const ReadBundle &read, PluginLoadReport &report)
         return false;
     }
     report.problems << remarks(info, object.get());
-    if (m_quarantine)
-        m_neverShown.insert(object.get(), report.path);
+    if (m_quarantine) {
+        m_bundles.insert(object.get(), report.path);
+        m_neverShown.insert(object.get());
+    }
     accept(info, std::move(object));
     report.accepted = true;
     return true;

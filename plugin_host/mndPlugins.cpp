@@ -6,6 +6,7 @@
 #include "plugin_host/mndPlugin.h"
 #include "plugin_host/PluginQuarantine.h"
 
+#include <QEvent>
 #include <QPointer>
 #include <QScopedValueRollback>
 #include <QWidget>
@@ -64,6 +65,35 @@ QList<QPointer<QWidget>> subviews(const QWidget *view)
     return {children.begin(), children.end()};
 }
 
+/// Tells when the view has been painted for the first time. Belongs to the view.
+class FirstPainting : public QObject
+{
+public:
+    FirstPainting(QWidget *view, std::function<void()> painted)
+        : QObject(view)
+        , m_painted(std::move(painted))
+    {
+        view->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() != QEvent::Paint)
+            return false;
+        watched->removeEventFilter(this);
+        // Its children are painted behind it.
+        const auto tell = [this] {
+            m_painted();
+            deleteLater();
+        };
+        QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
+        return false;
+    }
+
+private:
+    std::function<void()> m_painted;
+};
+
 /// A plugin's fault in a callback must not take the host along.
 template <typename Call>
 void quietly(const char *what, const Call &call) noexcept
@@ -96,7 +126,9 @@ void mndPlugins::broadcast(const Selector &selector, const std::function<bool()>
         else if (selector.name() == "onViewHide"_L1)
             quietly("onViewHide", [&] { delegate->onViewHide(); });
         else if (selector.name() == "onAllPluginsLoaded"_L1)
-            quietly("onAllPluginsLoaded", [&] { delegate->onAllPluginsLoaded(); });
+            callWatched(record.value<QObject *>(u"obj"_s), [&] {
+                quietly("onAllPluginsLoaded", [&] { delegate->onAllPluginsLoaded(); });
+            });
         else if (selector.argumentCount() == 0)
             perform::sendQuietly(record.value<QObject *>(u"obj"_s), selector);
     }
@@ -112,16 +144,29 @@ void mndPlugins::removeSubviews(QWidget *hostView)
     }
 }
 
-void mndPlugins::watchFirstShow(QObject *plugin)
+void mndPlugins::callWatched(QObject *plugin, const std::function<void()> &call)
 {
-    // Time for the first painting and for what a view does as soon as it is seen.
-    constexpr double seconds = 0.5;
-    const QString bundle = m_neverShown.take(plugin);
+    const QString bundle = m_bundles.value(plugin);
     if (bundle.isNull())
-        return;
+        return call();
     m_quarantine->enter(bundle);
-    systemServices().scheduler->after(seconds, &m_guard,
-                                      [this, bundle] { m_quarantine->leave(bundle); });
+    call();
+    m_quarantine->leave(bundle);
+}
+
+void mndPlugins::watchFirstShow(QObject *plugin, QWidget *view)
+{
+    // Of a view that its children cover nothing may be painted.
+    constexpr double longest = 0.5; // seconds
+    if (!m_neverShown.remove(plugin))
+        return;
+    const auto leave = [this, guard = QPointer(&m_guard), bundle = m_bundles.value(plugin)] {
+        if (guard)
+            m_quarantine->leave(bundle);
+    };
+    m_quarantine->enter(m_bundles.value(plugin));
+    new FirstPainting(view, leave);
+    systemServices().scheduler->after(longest, &m_guard, leave);
 }
 
 void mndPlugins::doDisplayMainViewForPluginAtIndex(quint64 index, QWidget *hostView)
@@ -144,7 +189,7 @@ void mndPlugins::doDisplayMainViewForPluginAtIndex(quint64 index, QWidget *hostV
     broadcast(Selector(u"onViewHide"_s), isCurrent);
     if (!isCurrent())
         return;
-    watchFirstShow(record.value<QObject *>(u"obj"_s));
+    watchFirstShow(record.value<QObject *>(u"obj"_s), view);
     if (mndPluginDelegate *delegate = delegateOf(record))
         quietly("onViewShow", [&] { delegate->onViewShow(); });
     if (!isCurrent())

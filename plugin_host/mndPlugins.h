@@ -8,6 +8,7 @@
 #include <QHash>
 #include <QList>
 #include <QObject>
+#include <QSet>
 
 #include <functional>
 #include <memory>
@@ -78,7 +79,8 @@ private:
     bool loadBundle(const QString &path, const std::function<ReadBundle()> &read);
     bool load(const ReadBundle &read, PluginLoadReport &report);
     bool isKeptOut(const Bundle &bundle, PluginLoadReport &report) const;
-    void watchFirstShow(QObject *plugin);
+    void watchFirstShow(QObject *plugin, QWidget *view);
+    void callWatched(QObject *plugin, const std::function<void()> &call);
     void accept(const Dictionary &info, std::unique_ptr<QObject> plugin);
     void broadcast(const Selector &selector, const std::function<bool()> &goOn);
 
@@ -86,7 +88,8 @@ private:
     QObject *m_core;
     PluginLoadObserver *m_observer = nullptr;
     PluginQuarantine *m_quarantine = nullptr;
-    QHash<QObject *, QString> m_neverShown; ///< the bundles of plugins under watch
+    QHash<QObject *, QString> m_bundles; ///< of plugins under watch
+    QSet<QObject *> m_neverShown;        ///< those of them
     quint64 m_displays = 0; ///< counts up, so that a display knows whether it is the last one
     int m_displayDepth = 0;
     QObject m_guard; ///< ends the watch over plugins and views

@@ -9,7 +9,7 @@ diagnose() {
 
 install_good_and_broken() {
     install_plugins Good Hidden OddHeading Twin ThrowsInConstructor ThrowsInInitialize ReturnsNil \
-        UnresolvedSymbol NotAPlugin OtherApi
+        UnresolvedSymbol NotAPlugin OtherApi NotADelegate
     install_broken_copies
 }
 
@@ -52,6 +52,7 @@ Truncated 1 .*Good.so is not a plugin module: it is cut off
 Garbage 1 .*Info.plist: .
 ThrowsInInitialize 1 it threw an exception
 Missing 1 .*is no folder
+NotADelegate 1 what mndPluginDelegate has is never called
 END
 }
 
@@ -68,6 +69,10 @@ test_says_its_line_of_a_bundle_that_ends_the_process() {
     ((status == 1)) || fail "installed: status $status: $lines"
     [[ $lines == "Good.bundle: not checked: $plugins/CrashesInInitialize.bundle took the program down: Aborted" ]] ||
         fail "installed: $lines"
+    diagnose --list-plugins
+    ((status == 1)) || fail "listed: status $status: $lines"
+    [[ $lines == "solvane: $plugins/CrashesInInitialize.bundle took the program down: Aborted" ]] ||
+        fail "listed: $lines"
     diagnose --without-plugin CrashesInInitialize --check-plugin "$plugins/Good.bundle"
     ((status == 0)) || fail "without it: status $status: $lines"
 }
@@ -114,6 +119,10 @@ test_checks_several_bundles_and_a_new_build_of_an_installed_one() {
     cp -r "$plugins/Good.bundle" "$HOME/Good.bundle"
     diagnose --check-plugin "$HOME/Good.bundle/"
     ((status == 0)) || fail "status $status: $lines"
+    mv "$HOME/Good.bundle" "$HOME/Other.bundle"
+    diagnose --check-plugin "$HOME/Other.bundle"
+    [[ $lines == "Other.bundle: \"plugin.fixture.Good\" is already the id of $plugins/Good.bundle: one of them is refused" ]] ||
+        fail "a second one: $lines"
     install_plugins ReturnsNil
     diagnose --check-plugin "$plugins/Good.bundle" "$plugins/ReturnsNil.bundle"
     ((status == 1)) || fail "status $status: $lines"

@@ -33,6 +33,15 @@ test_leaves_out_a_plugin_that_crashes_while_it_is_loaded() {
     expect_end 134
 }
 
+test_leaves_out_a_plugin_that_crashes_when_all_are_loaded() {
+    install_plugins CrashesWhenAllAreLoaded Good
+    start
+    expect_end 134
+    # Not the page that was about to show.
+    expect_question CrashesWhenAllAreLoaded "Leave out"
+    quit
+}
+
 test_takes_no_answer_from_a_session_that_ends() {
     install_plugins CrashesInInitialize
     start
