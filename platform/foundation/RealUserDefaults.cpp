@@ -131,6 +131,14 @@ ino_t fileNumber(const QString &path)
     return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_ino : 0;
 }
 
+/// What is wrong with what stands in a file's place, and could keep whoever opens it waiting; null
+/// for a file and for nothing at all.
+QString notAFile(const QString &path)
+{
+    const QFileInfo item(path);
+    return item.exists() && !item.isFile() ? u"it is no file"_s : QString();
+}
+
 /// What the names begin with under which new files are made.
 QString scratchName(const QString &target)
 {
@@ -179,6 +187,10 @@ RealUserDefaults::RealUserDefaults(const QString &filePath, SystemLog *log)
     : m_filePath(filePath)
     , m_log(log)
 {
+    if (const QString problem = notAFile(m_filePath); !problem.isNull()) {
+        tell(u"The settings in %1 could not be read: %2"_s.arg(m_filePath, problem));
+        return;
+    }
     Values values;
     const QSettings file(m_filePath, QSettings::IniFormat);
     const QStringList keys = file.allKeys();
@@ -280,6 +292,8 @@ QString RealUserDefaults::replaceFile(std::chrono::milliseconds longest)
     const QString folder = QFileInfo(target).path();
     if (!QDir().mkpath(folder))
         return u"its folder cannot be made"_s;
+    if (const QString problem = notAFile(target); !problem.isNull())
+        return problem;
     const FileDescriptor lock = lockFolder(folder, longest);
     if (!lock.isOpen())
         return errno == EWOULDBLOCK ? u"another process does not end writing"_s : qt_error_string();

@@ -1,5 +1,7 @@
 #include "platform/ui/HostLook.h"
 
+#include "platform/ui/ScrollBarLook.h"
+
 #include <QApplication>
 #include <QPainter>
 #include <QPalette>
@@ -38,6 +40,25 @@ public:
         QProxyStyle::drawControl(element, option, painter, widget);
         if (element == CE_PushButton)
             drawRingOfButton(*option, *painter);
+    }
+
+    QRect subControlRect(ComplexControl control, const QStyleOptionComplex *option, SubControl part,
+                         const QWidget *widget) const override
+    {
+        const auto *bar = qstyleoption_cast<const QStyleOptionSlider *>(option);
+        return control == CC_ScrollBar && bar
+            ? ScrollBarLook::partRect(*bar, part)
+            : QProxyStyle::subControlRect(control, option, part, widget);
+    }
+
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
+                            QPainter *painter, const QWidget *widget) const override
+    {
+        const auto *bar = qstyleoption_cast<const QStyleOptionSlider *>(option);
+        if (control == CC_ScrollBar && bar)
+            ScrollBarLook::draw(*bar, *painter);
+        else
+            QProxyStyle::drawComplexControl(control, option, painter, widget);
     }
 
     int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
@@ -159,8 +180,9 @@ void apply()
     QApplication::setPalette(menus, "QTabBar");
     QPalette bars = palette();
     bars.setColor(QPalette::Button, QColor(0xcf, 0xd6, 0xdd));
-    QApplication::setPalette(bars, "QScrollBar");
     QApplication::setPalette(bars, "QSlider");
+    bars.setColor(QPalette::Button, QColor(0x8a, 0x95, 0xa0));
+    QApplication::setPalette(bars, "QScrollBar");
 }
 
 void setReducedMotion(bool reduced)

@@ -5,6 +5,8 @@
 
 #include <QGridLayout>
 
+#include <iterator>
+
 using namespace Qt::StringLiterals;
 
 VersionList::VersionList(Texts texts, std::vector<Line> program)
@@ -41,7 +43,10 @@ void VersionList::show(const std::vector<Line> &lines)
     m_lines = lines;
     int row = 0;
     for (const Line &line : lines) {
-        auto *name = new ElidedLabel;
+        // Our own words may take two lines; the name of a plugin may be one long one.
+        auto *name = row < std::ssize(m_program) ? new QLabel : new ElidedLabel;
+        name->setTextFormat(Qt::PlainText);
+        name->setWordWrap(row < std::ssize(m_program));
         name->setText(line.name);
         auto *version = new ElidedLabel;
         version->setText(line.version);

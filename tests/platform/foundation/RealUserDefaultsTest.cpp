@@ -109,13 +109,17 @@ TEST_F(RealUserDefaultsTest, SaysWhenNothingCouldBeWrittenAndTriesAgain)
     EXPECT_EQ(m_log.text, told + u"its folder cannot be made"_s);
     QFile::remove(inTheWay);
 
-    ASSERT_TRUE(QDir().mkpath(m_path));
-    EXPECT_FALSE(defaults.synchronize());
-    EXPECT_GT(m_log.text.size(), told.size());
-    EXPECT_EQ(names(), QStringList(u"solvane.conf"_s));
-    const RealUserDefaults reader(m_path, &m_log);
-    EXPECT_EQ(m_log.text, u"The settings in %1 could not be read."_s.arg(m_path));
-    ASSERT_TRUE(QDir().rmdir(m_path));
+    const QByteArray path = QFile::encodeName(m_path);
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(m_path).path()));
+    for (int (*make)(const char *, mode_t) : {&::mkdir, &::mkfifo}) {
+        ASSERT_EQ(make(path.constData(), 0700), 0);
+        EXPECT_FALSE(defaults.synchronize());
+        EXPECT_EQ(m_log.text, told + u"it is no file"_s);
+        EXPECT_EQ(names(), QStringList(u"solvane.conf"_s));
+        const RealUserDefaults reader(m_path, &m_log);
+        EXPECT_EQ(m_log.text, u"The settings in %1 could not be read: it is no file"_s.arg(m_path));
+        ASSERT_EQ(std::remove(path.constData()), 0);
+    }
 
     {
         const FileDescriptor folder(::open(QFile::encodeName(QFileInfo(m_path).path()).constData(),
