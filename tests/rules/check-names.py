@@ -7,16 +7,15 @@ import pathlib
 import re
 import sys
 
-INTERFACES = {"mndCore": "plugin_host/mndCore.h", "mndPlugin": "plugin_host/mndPlugin.h",
-              "mndPluginDelegate": "plugin_host/mndPlugin.h", "mndHelpers": "helpers/mndHelpers.h"}
-
 root = pathlib.Path(sys.argv[1])
+headers = re.search(r"set\(SOLVANE_PUBLIC_HEADERS(.*?)\)", (root / "sdk/CMakeLists.txt").read_text(),
+                    re.S).group(1).split()
 declared = []
-for name, header in INTERFACES.items():
+for header in headers:
     text = re.sub(r"//.*", "", (root / header).read_text())
-    body = re.search(r"class " + name + r"\b[^;{]*\{(.*?)\n\};", text, re.S).group(1)
-    declared += [f"{name} {method}" for method in re.findall(r"virtual [^;=(]*?(\w+)\(", body)
-                 if method != name]
+    for name, body in re.findall(r"^class (\w+)\b[^;{]*\{(.*?)\n\};", text, re.S | re.M):
+        declared += [f"{name} {method}" for method in re.findall(r"virtual [^;=(]*?(\w+)\(", body)
+                     if method != name]
 kept = (root / "tests/rules/public-names.txt").read_text().split("\n")[:-1]
 for number, (one, other) in enumerate(zip(kept + [None], declared + [None])):
     if one != other:
