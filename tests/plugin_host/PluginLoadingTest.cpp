@@ -39,6 +39,7 @@ TEST_F(PluginLoading, TakesOwnBundlesFirstAndTheFirstOfAnIdWins)
     services.addFixture(u"Good"_s, services.resources());
     services.addFixture(u"Twin"_s, services.supportFolder(), u"Another"_s);
     services.addFixture(u"Hidden"_s, services.supportFolder());
+    services.homePath += u'/';
     plugins.loadAllPlugins();
 
     EXPECT_EQ(ids(), (QStringList{u"Good"_s, u"NoView"_s, u"Hidden"_s}));
@@ -46,9 +47,19 @@ TEST_F(PluginLoading, TakesOwnBundlesFirstAndTheFirstOfAnIdWins)
     ASSERT_EQ(reports.all.size(), 4);
     EXPECT_FALSE(reports.all[2].result) << "the second of an id is refused";
     EXPECT_FALSE(reports.all[2].accepted);
+    EXPECT_EQ(reports.all[3].path, services.supportFolder() + u"/Hidden.bundle"_s);
     EXPECT_TRUE(plugins.listContainsID(u"plugin.fixture.Good"_s));
     EXPECT_FALSE(plugins.listContainsID(u"plugin.fixture"_s));
     EXPECT_FALSE(plugins.listContainsID({}));
+}
+
+TEST_F(PluginLoading, RecoloursTheViewsOfPlugins)
+{
+    services.addFixture(u"Panels"_s, services.resources());
+    plugins.loadAllPlugins();
+    ASSERT_EQ(plugins.count(), 1U);
+    const auto *view = mndPlugins::info(plugins.pluginAtIndex(0)).value<QWidget *>(u"view"_s);
+    EXPECT_EQ(view->findChild<QPushButton *>()->palette().color(QPalette::ButtonText), Qt::white);
 }
 
 TEST_F(PluginLoading, LooksOnlyAtFoldersDirectlyInTheSupportFolder)

@@ -81,7 +81,7 @@ struct TestServices::Seams : Clock,
     QLocale locale() const override { return t.locale; }
 
     QString loginName() const override { return u"tester"_s; }
-    QString home() const override { return t.home.path(); }
+    QString home() const override { return t.homePath; }
     QString actualHome() const override { return t.actualHome; }
 
     QVariant value(const QString &key) const override { return t.defaults.value(key); }

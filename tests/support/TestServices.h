@@ -66,6 +66,7 @@ public:
     Recorder recorder;
     QTemporaryDir root;
     QTemporaryDir home;
+    QString homePath = home.path();   ///< as the program is told
     QString actualHome = home.path(); ///< as the account has it, whatever the program is told
 
     /// Called when the application's own plugins are looked for.
