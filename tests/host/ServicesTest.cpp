@@ -194,9 +194,6 @@ TEST_F(Services, FillTheScreenAndGoBackByTheWidthAlone)
     window->resize(services.visibleFrame.width() - borders, 500);
     delegate->uiRestore();
     EXPECT_EQ(window->frameGeometry(), recorded) << "as wide as the screen counts as maximised";
-    std::thread worker([&] { delegate->uiMaximize(); });
-    EXPECT_SOON(window->frameGeometry() == services.visibleFrame);
-    worker.join();
 }
 
 TEST_F(Services, ShareObjectsByName)

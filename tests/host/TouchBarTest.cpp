@@ -1,4 +1,5 @@
 #include "host/HostFixture.h"
+#include "platform/ui/ProgressIndicator.h"
 #include "platform/ui/SegmentedControl.h"
 #include "platform/ui/TouchBarApplication.h"
 #include "platform/ui/TouchBarStrip.h"
@@ -129,6 +130,37 @@ TEST_F(WithTouchBar, EveryNavigationAndSheetEndRevertsToTheSystemBar)
         way();
         QCoreApplication::processEvents();
         EXPECT_TRUE(showsSystemBar());
+    }
+}
+
+TEST_F(WithTouchBar, ThreadsFindDoneWhatTheyAskedFor)
+{
+    Recorder target;
+    request(&target);
+    const QRect before = window->frameGeometry();
+    const std::tuple<const char *, std::function<void()>, std::function<bool()>> calls[] = {
+        {"pluginSetProcessing", [&] { delegate->pluginSetProcessing(u"plugin.status"_s, true); },
+         [&] { return list()->findChild<ProgressIndicator *>() != nullptr; }},
+        {"uiMaximize", [&] { delegate->uiMaximize(); },
+         [&] { return window->frameGeometry() == services.visibleFrame; }},
+        {"uiRestore", [&] { delegate->uiRestore(); },
+         [&] { return window->frameGeometry() == before; }},
+        {"uiRevertToSystemTouchbar", [&] { delegate->uiRevertToSystemTouchbar(); },
+         [&] { return showsSystemBar(); }},
+    };
+    for (const auto &[name, call, isDone] : calls) {
+        EXPECT_FALSE(isDone()) << name;
+        std::atomic<bool> hasReturned = false;
+        bool wasDone = false;
+        std::thread worker([&, call = call, isDone = isDone] {
+            call();
+            wasDone = isDone();
+            hasReturned = true;
+        });
+        QThread::msleep(20); // a call that did not wait would return now
+        EXPECT_SOON(hasReturned.load()) << name;
+        worker.join();
+        EXPECT_TRUE(wasDone) << name;
     }
 }
 
