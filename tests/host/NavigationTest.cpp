@@ -1,5 +1,6 @@
 #include "host/HostFixture.h"
 #include "platform/ui/ProgressIndicator.h"
+#include "support/OutlineRows.h"
 
 #include <QAbstractEventDispatcher>
 
@@ -17,11 +18,7 @@ struct Navigation : Host
         ASSERT_EQ(list()->numberOfRows(), 8);
     }
 
-    void click(int row)
-    {
-        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {},
-                          list()->rectOfRow(row).center().toPoint());
-    }
+    void click(int row) { ::click(*list(), row); }
 
     SourceListItem *row(int index) const
     {
@@ -53,8 +50,18 @@ const QString status = u"plugin.status"_s;
 TEST_F(Navigation, ShowsThePluginOfTheClickedRow)
 {
     EXPECT_EQ(shownView(), status);
+    auto *view =
+        mndPlugins::info(delegate->plugins()->pluginWithID(good)).value<QWidget *>(u"view"_s);
+    view->setGeometry(3, 4, 50, 60);
+    const std::function<void()> seesNoView = [&] {
+        EXPECT_EQ(shownView(), QString()) << qPrintable(services.recorder.events.last());
+        services.recorder.onNext = seesNoView;
+    };
+    services.recorder.onNext = seesNoView;
     click(2);
+    services.recorder.onNext = {};
     EXPECT_EQ(shownView(), good);
+    EXPECT_EQ(view->geometry(), QRect(3, 4, 50, 60));
     EXPECT_EQ(services.recorder.take(),
               (QStringList{u"plugin.fixture.FirstOne onViewHide"_s, good + u" onViewHide"_s,
                            hidden + u" onViewHide"_s, status + u" onViewHide"_s,
@@ -62,6 +69,8 @@ TEST_F(Navigation, ShowsThePluginOfTheClickedRow)
     click(0);
     EXPECT_EQ(shownView(), good) << "a heading is no plugin";
     EXPECT_EQ(list()->selectedRowIndexes(), RowIndexes{2});
+    QTest::mouseDClick(list()->viewport(), Qt::LeftButton, {}, middleOfRow(*list(), 2));
+    EXPECT_EQ(list()->editedRow(), -1) << "titles are never edited";
 }
 
 TEST_F(Navigation, ShowsPluginsById)
@@ -71,6 +80,14 @@ TEST_F(Navigation, ShowsPluginsById)
     EXPECT_EQ(shownView(), good);
     EXPECT_FALSE(delegate->showPlugin(u"plugin.nobody"_s));
     EXPECT_EQ(shownView(), good);
+    // After the start there are no rows for new ones.
+    services.addFixture(u"OddHeading"_s, services.root.path());
+    delegate->plugins()->loadPluginFromPath(services.root.filePath(u"OddHeading.bundle"_s));
+    services.recorder.take();
+    EXPECT_TRUE(delegate->showPlugin(u"plugin.fixture.OddHeading"_s));
+    EXPECT_EQ(list()->selectedRowIndexes(), RowIndexes{2});
+    EXPECT_EQ(shownView(), good);
+    EXPECT_TRUE(services.recorder.take().isEmpty());
     EXPECT_TRUE(delegate->showPlugin(hidden));
     EXPECT_EQ(shownView(), hidden);
     EXPECT_TRUE(list()->selectedRowIndexes().empty());
@@ -181,6 +198,21 @@ TEST_F(Navigation, SpinsOneSpinnerForARowAndFrame)
     EXPECT_EQ(spinners().size(), 4) << "one for each row";
 }
 
+TEST_F(Navigation, SpinsForTheRecordThatHasHeadingAndName)
+{
+    Dictionary first = mndPlugins::info(delegate->plugins()->pluginAtIndex(0));
+    first.setValue(u"id"_s, good);
+    for (const QString &key : {u"parent"_s, u"name"_s}) {
+        const QString had = first.string(key);
+        first.setValue(key, {});
+        delegate->pluginSetProcessing(good, true);
+        ASSERT_EQ(spinners().size(), 1) << qPrintable(key);
+        EXPECT_TRUE(spinners()[0]->isVisible()) << qPrintable(key);
+        delegate->pluginSetProcessing(good, false);
+        first.setValue(key, had);
+    }
+}
+
 TEST_F(Navigation, RunsATimerOnlyWhileASpinnerIsSeenTurning)
 {
     EXPECT_EQ(runningTimers(), 0);
@@ -192,19 +224,6 @@ TEST_F(Navigation, RunsATimerOnlyWhileASpinnerIsSeenTurning)
     EXPECT_EQ(runningTimers(), 1);
     delegate->pluginSetProcessing(good, false);
     EXPECT_EQ(runningTimers(), 0);
-}
-
-TEST_F(Navigation, SpinsForOtherThreadsAndLetsThemWait)
-{
-    std::atomic<bool> done = false;
-    std::thread worker([&] {
-        delegate->pluginSetProcessing(good, true);
-        done = true;
-    });
-    QTest::qWait(20);
-    EXPECT_SOON(done.load());
-    worker.join();
-    EXPECT_EQ(spinners().size(), 1);
 }
 
 TEST_F(Navigation, GivesTheViewsBackWhenTheHostEnds)
