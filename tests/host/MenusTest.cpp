@@ -97,6 +97,8 @@ TEST_F(Host, LooksTextsUpWithoutEverFailing)
 {
     services.addResource(u"en.strings"_s, "EMPTY = \"\"; LIST = (1, 2); TEXT = found;");
     start();
+    services.preferredLanguages = {u"de"_s, u"fr"_s};
+    EXPECT_EQ(delegate->localizeLink(u"http://a/b?c"_s), u"http://a/b-de?c"_s);
     services.defaults[u"slvCore.elog"_s] = true;
     EXPECT_EQ(delegate->stringResource({}, u"fallback"_s), u"!aId"_s);
     EXPECT_EQ(delegate->stringResource(u"TEXT"_s, u"fallback"_s), u"found"_s);

@@ -96,25 +96,56 @@ TEST_F(Host, PlacesSpinnersOnceTheSidebarHasItsPlace)
     EXPECT_TRUE(spinners().first()->isHidden());
 }
 
-TEST_F(Host, LocalisesItsMenusAndKeepsDesignedTitlesOtherwise)
+TEST_F(Host, TakesEveryMenuTextFromItsKey)
 {
-    services.addResource(u"en.strings"_s,
-                         "SZ_MENU_PREFS = one; SZ_MENU_WINDOW = two; SZ_MENU_HELP = three;"
-                         "SZ_REVEAL_LOG = four;");
-    const QString quit = item("miQuit")->text();
+    const std::pair<const char *, const char *> items[] = {
+        {"miAbout", "SZ_MENU_ABOUT"},
+        {"miPrefs", "SZ_MENU_PREFS"},
+        {"miPrefsReset", "SZ_MENU_PREFS_RESET"},
+        {"miFeedback", "SZ_MENU_FEEDBACK"},
+        {"miCheckForUpdate", "SZ_MENU_UPDATE"},
+        {"miServices", "SZ_MENU_SERVICES"},
+        {"miHideSolvane", "SZ_MENU_HIDE"},
+        {"miHideOthers", "SZ_MENU_HIDE_OTHERS"},
+        {"miShowAll", "SZ_MENU_SHOW_ALL"},
+        {"miQuit", "SZ_MENU_QUIT"},
+        {"miMinimize", "SZ_MENU_MINIMIZE"},
+        {"miZoom", "SZ_MENU_ZOOM"},
+        {"miBringToFront", "SZ_MENU_BRING_ALL_TO_FRONT"},
+        {"miShowMainWindow", "SZ_MENU_SHOW_MAIN_WINDOW"},
+        {"miHelp", "SZ_MENU_HELP"},
+        {"miHelpLink", "SZ_MENU_HELP_ITEM"},
+        {"miExtendedLogging", "SZ_EXTENDED_LOGGING"},
+        {"miExtendedLoggingEnable", "SZ_EXTENDED_LOGGING_ENABLE"},
+        {"miExtendedLoggingSend", "SZ_REVEAL_LOG"},
+    };
+    QByteArray file = "SZ_MENU_WINDOW = \"of SZ_MENU_WINDOW\";";
+    for (const auto &[name, key] : items)
+        file += QByteArray(key) + " = \"of " + key + "\";";
+    services.addResource(u"en.strings"_s, file);
     const QString windowEntry = item("miWindow")->text();
     start();
-    EXPECT_EQ(item("miPrefs")->text(), u"one"_s);
-    EXPECT_EQ(item("miQuit")->text(), quit);
-    EXPECT_EQ(item("miExtendedLogging")->text(), u"Extended logging"_s);
-    EXPECT_EQ(item("miExtendedLoggingEnable")->text(), u"Enable extended logging"_s);
-    EXPECT_EQ(item("miExtendedLoggingSend")->text(), u"four"_s);
+    for (const auto &[name, key] : items)
+        EXPECT_EQ(item(name)->text(), u"of "_s + QLatin1StringView(key));
     const auto topLevel = delegate->window()->menuBar()->actions();
     ASSERT_EQ(topLevel.size(), 3);
-    EXPECT_EQ(topLevel[1]->menu()->title(), u"two"_s);
+    EXPECT_EQ(topLevel[1]->menu()->title(), u"of SZ_MENU_WINDOW"_s);
     EXPECT_EQ(item("miWindow")->text(), windowEntry) << "the entry itself is not retitled";
-    EXPECT_EQ(topLevel[2]->menu()->title(), u"three"_s);
-    EXPECT_EQ(item("miHelp")->text(), u"three"_s);
+    EXPECT_EQ(topLevel[2]->menu()->title(), u"of SZ_MENU_HELP"_s);
+}
+
+TEST_F(Host, KeepsDesignedMenuTextsWithoutTheirKeysButForThree)
+{
+    const char *const names[] = {"miQuit", "miExtendedLogging", "miExtendedLoggingEnable",
+                                 "miExtendedLoggingSend"};
+    for (const char *name : names)
+        item(name)->setText(u"designed"_s);
+    start();
+    QStringList texts;
+    for (const char *name : names)
+        texts << item(name)->text();
+    EXPECT_EQ(texts.join(u'|'),
+              u"designed|Extended logging|Enable extended logging|Reveal logfile"_s);
 }
 
 TEST_F(Host, EndsWithAFatalAlertWhenThereAreNoTexts)
@@ -148,8 +179,13 @@ TEST_F(Host, ShowsTheFiveHeadingsOnItsGroundsWithoutAnyPlugin)
         EXPECT_FALSE(delegate->sourceListIsItemExpandable(list(), list()->itemAtRow(row)));
     EXPECT_FALSE(list()->isHidden());
     EXPECT_EQ(window->palette().color(QPalette::Window), Qt::white);
-    EXPECT_EQ(list()->parentWidget()->palette().color(QPalette::Window),
-              delegate->uiTheme()->sidebarColor());
+    EXPECT_EQ(list()->parentWidget()->palette().color(QPalette::Window).name(), u"#a8d6f2"_s);
+    const mndTheme &theme = *delegate->uiTheme();
+    QStringList shared;
+    for (const QColor &color :
+         {theme.backgroundColor(), theme.sidebarColor(), theme.sidebarFontColor()})
+        shared << color.name(QColor::HexArgb);
+    EXPECT_EQ(shared.join(u' '), u"#ffffffff #ffa8d6f2 #ff000000"_s);
 }
 
 TEST_F(Host, PutsTheMarkIntoTheMiddleOfTheTitleRow)
@@ -163,6 +199,18 @@ TEST_F(Host, PutsTheMarkIntoTheMiddleOfTheTitleRow)
     ASSERT_NE(mark, nullptr);
     EXPECT_EQ(mark->geometry(), QRect(440, 1, 20, 20));
     EXPECT_EQ(mark->parentWidget()->size(), QSize(900, 50));
+}
+
+TEST_F(Host, StartsInAWindowWithoutATitleRow)
+{
+    delegate->window()->setMenuWidget(nullptr);
+    services.addFixture(u"StatusFixture"_s, services.resources());
+    delegate->applicationDidFinishLaunching();
+    EXPECT_TRUE(services.recorder.take().filter(u"v5-title-blu"_s).isEmpty());
+    services.runScheduled();
+    EXPECT_EQ(delegate->window()->menuWidget(), nullptr) << "nobody has made an empty one";
+    EXPECT_EQ(shownView(), u"plugin.status"_s);
+    EXPECT_TRUE(list()->isVisibleTo(window.get()));
 }
 
 TEST_F(Host, StartsWithoutAWindow)

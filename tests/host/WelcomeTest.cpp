@@ -253,4 +253,6 @@ TEST_F(Host, OfTheWebEditionAsksNobodyForTheHomeFolder)
     EXPECT_TRUE(delegate->isHomeDirectory(u"/home/of the account"_s));
     EXPECT_FALSE(delegate->isHomeDirectory(u"/home/Of The Account/"_s));
     EXPECT_FALSE(delegate->isHomeDirectory({}));
+    services.actualHome = QString();
+    EXPECT_DEATH((void)delegate->actualHomeDirectory(), "assertion failed: pw");
 }
