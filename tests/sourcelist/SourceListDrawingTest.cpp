@@ -70,10 +70,13 @@ struct SourceListDrawing : testing::TestWithParam<qreal>
     /// What has the colour in that row, in points.
     QRectF extent(const QImage &image, int row, const QColor &color) const
     {
+        return extent(image, list.rectOfRow(row), color);
+    }
+    QRectF extent(const QImage &image, const QRectF &rect, const QColor &color) const
+    {
         QRect found;
-        const QRectF rect = list.rectOfRow(row);
         for (int y = qRound(rect.top() * GetParam()); y < qRound(rect.bottom() * GetParam()); ++y) {
-            for (int x = 0; x < image.width(); ++x) {
+            for (int x = qRound(rect.left() * GetParam()); x < rect.right() * GetParam(); ++x) {
                 if (image.pixelColor(x, y) == color)
                     found |= QRect(x, y, 1, 1);
             }
@@ -99,27 +102,35 @@ TEST_P(SourceListDrawing, BadgesHaveTheirColours)
     elsewhere.show();
     tree.item(u"a"_s)->badge = 88888;
     const QColor usual(152, 168, 202), own(1, 2, 3), ownText(4, 5, 6);
-    const std::tuple<const char *, bool, bool, bool, QColor, QColor, QColor, QColor> cases[] = {
-        {"selected, hidden", true, false, true, own, ownText, Qt::white, {170, 170, 170}},
-        {"selected, keyboard here", true, true, true, own, ownText, Qt::white, accent},
-        {"selected, elsewhere", true, true, false, own, ownText, Qt::white, {153, 169, 203}},
-        {"not selected", false, true, true, {}, {}, usual, Qt::white},
-        {"with colours of its own", false, true, true, own, ownText, own, ownText},
-        {"with its own text alone", false, true, true, {}, ownText, usual, ownText},
-        {"not selected, hidden", false, false, true, own, ownText, {180, 180, 180}, Qt::white},
+    enum State { Hidden, Minimised, Here, Elsewhere, Edited };
+    const std::tuple<const char *, bool, State, QColor, QColor, QColor, QColor> cases[] = {
+        {"selected, hidden", true, Hidden, own, ownText, Qt::white, {170, 170, 170}},
+        {"selected, minimised", true, Minimised, own, ownText, Qt::white, {170, 170, 170}},
+        {"selected, keyboard here", true, Here, own, ownText, Qt::white, accent},
+        {"selected, elsewhere", true, Elsewhere, own, ownText, Qt::white, {153, 169, 203}},
+        {"selected, edited", true, Edited, own, ownText, Qt::white, accent},
+        {"not selected", false, Here, {}, {}, usual, Qt::white},
+        {"with colours of its own", false, Here, own, ownText, own, ownText},
+        {"with its own text alone", false, Here, {}, ownText, usual, ownText},
+        {"not selected, hidden", false, Hidden, own, ownText, {180, 180, 180}, Qt::white},
+        {"not selected, minimised", false, Minimised, own, ownText, {180, 180, 180}, Qt::white},
     };
-    for (const auto &[title, isSelected, isVisible, hasKeyboard, wantedFill, wantedText, fill,
-                      text] : cases) {
+    for (const auto &[title, isSelected, state, wantedFill, wantedText, fill, text] : cases) {
         SCOPED_TRACE(title);
         tree.fill = wantedFill;
         tree.text = wantedText;
         list.selectRowIndexes({isSelected ? 1 : 2}, false);
-        (hasKeyboard ? &list : &elsewhere)->setFocus();
-        window.setVisible(isVisible);
+        (state == Elsewhere ? &elsewhere : &list)->setFocus();
+        window.setWindowState(state == Minimised ? Qt::WindowMinimized : Qt::WindowNoState);
+        window.setVisible(state != Hidden);
+        if (state == Edited)
+            list.editRow(1);
+        EXPECT_EQ(list.editedRow(), state == Edited ? 1 : -1);
         const QImage image = drawn();
         const QRectF badge = badgeOf(1);
         EXPECT_EQ(at(image, {badge.left() + 5, badge.center().y()}), fill);
-        EXPECT_FALSE(extent(image, 1, text).isEmpty());
+        const QRectF inside = badge.adjusted(9, 2, -9, -2);
+        EXPECT_FALSE(extent(image, inside, text).isEmpty());
         // Round ends leave the corners to the row.
         EXPECT_NE(at(image, badge.topLeft() + QPointF(1, 1)), fill);
         const QRectF filled = extent(image, 1, fill);
@@ -128,6 +139,13 @@ TEST_P(SourceListDrawing, BadgesHaveTheirColours)
             EXPECT_NEAR(filled.height(), 17, 0.6) << "no edge between two pixels";
         }
     }
+}
+
+TEST_P(SourceListDrawing, HeadingsHaveBadgesToo)
+{
+    tree.item(u"A"_s)->badge = 7;
+    tree.fill = QColor(1, 2, 3);
+    EXPECT_NEAR(extent(drawn(), 0, tree.fill).left(), badgeOf(0).left(), 1.5);
 }
 
 TEST_P(SourceListDrawing, IconsAreDrawnAtTheirSizeOrCutDownToTheLists)

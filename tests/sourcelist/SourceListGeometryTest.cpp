@@ -41,6 +41,32 @@ TEST(SourceListGeometry, PlacesIconsBadgesAndTriangles)
     EXPECT_EQ(fittedIconSize({32, 56}, 28), QSizeF(16, 28));
 }
 
+TEST(SourceListGeometry, GoesByTheHeightOfEveryKindOfCell)
+{
+    struct : SourceDelegate
+    {
+        OutlineViewCell cell;
+        OutlineViewCell sourceListDataCellForItem(PXSourceList *, OutlineItem) override
+        {
+            return cell;
+        }
+    } delegate;
+    SourceTree tree(u"A(a)"_s);
+    PXSourceList list;
+    list.resize(200, 200);
+    list.setDelegate(&delegate);
+    list.setDataSource(&tree);
+    const auto expectHeight = [&](OutlineViewCell::Kind kind, qreal height) {
+        delegate.cell.kind = kind;
+        EXPECT_EQ(list.frameOfCellAtColumn(0, 1), QRectF(18, 42 - height / 2, 172, height));
+    };
+    delegate.cell.image = QImage(9, 12, QImage::Format_RGB32);
+    expectHeight(OutlineViewCell::Image, 12);
+    expectHeight(OutlineViewCell::Custom, 28);
+    delegate.cell.heightInBounds = [](const QRectF &bounds) { return bounds.height() / 2; };
+    expectHeight(OutlineViewCell::Custom, 14);
+}
+
 TEST(SourceListGeometry, FeedsTheListsOwnMeasures)
 {
     BadgedTree tree(u"A(a b) B()"_s);
