@@ -4,6 +4,8 @@
 #include "host/HostFixture.h"
 #include "platform/ui/ModalLoop.h"
 
+#include <QAbstractEventDispatcher>
+
 namespace {
 
 class FixedMachine : public QObject, public hardwareInfoProtocol
@@ -185,7 +187,27 @@ TEST_F(Feedback, RunsItsSheetUntilItIsHidden)
         for (const QString &place : {u"show"_s, u"refresh"_s, u"hide"_s, QString::fromLatin1(way)})
             EXPECT_TRUE(hasLine(place)) << qPrintable(place);
     }
+}
+
+TEST_F(Feedback, SpinsWhileItsPageLoadsAndClosesWhenTheProgramEnds)
+{
+    start();
+    services.defaults[u"slvCore.elog"_s] = true;
+    slvFeedback feedback;
+    feedback.window()->show();
+    auto *spinner = feedback.property("_spinner").value<ProgressIndicator *>();
+    const auto timers = [&] {
+        return QAbstractEventDispatcher::instance()->registeredTimers(spinner).size();
+    };
+    feedback.webViewDidStartProvisionalLoad(nullptr);
+    EXPECT_TRUE(spinner->isVisible());
+    EXPECT_EQ(timers(), 1);
+    feedback.webViewDidFinishLoad(nullptr);
+    EXPECT_FALSE(spinner->isVisible());
+    const QRegularExpression trace(u" slvFeedback::webView:didFinishLoadForFrame::\\d+$"_s);
+    EXPECT_EQ(logLines().filter(trace).size(), 1);
     feedback.exit();
+    EXPECT_FALSE(feedback.window()->isVisible());
     EXPECT_EQ(outside(), QStringList{u"exit 0"_s});
 }
 

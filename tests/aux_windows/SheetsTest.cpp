@@ -1,3 +1,7 @@
+#include "aux_windows/mndAbout.h"
+#include "aux_windows/mndPrefs.h"
+#include "aux_windows/slvFeedback.h"
+#include "helpers/loginItems.h"
 #include "host/HostFixture.h"
 
 #include <QSlider>
@@ -99,10 +103,16 @@ TEST_F(Sheets, OfThePreferencesOpenAtTheStoredDelayAndStoreWhatIsChosen)
 {
     const QString key = u"slvCritical.delay"_s;
     start();
+    QString before = u"10s"_s; // as designed
     for (const auto &[value, shown] :
          {std::pair<QVariant, int>{15, 15}, {u"8"_s, 8}, {20, 10}, {{}, 10}}) {
         services.defaults[key] = value;
-        open("miPrefs");
+        window->show();
+        item("miPrefs")->trigger();
+        QCoreApplication::processEvents();
+        EXPECT_EQ(std::exchange(before, u"%1s"_s.arg(shown)), text("lblDelayValue")) << "not yet";
+        EXPECT_TRUE(services.recorder.take().contains(u"after 0.01"_s));
+        services.runScheduled();
         EXPECT_EQ(part<QSlider>("sliderDelay")->value(), shown) << qPrintable(value.toString());
         EXPECT_EQ(text("lblDelayValue"), u"%1s"_s.arg(shown));
         EXPECT_EQ(services.defaults[key], value) << "looking stores nothing";
@@ -158,8 +168,12 @@ TEST_F(Sheets, OfTheStoreEditionHaveAPictureInThePlaceOfTheStartAtLogin)
 {
     systemServices().edition = 1;
     services.defaults[u"slv.sandbox.home"_s] = services.home.path();
+    addProgram();
+    loginItems().setLaunchOnLogin(true);
+    ASSERT_TRUE(loginItems().launchOnLogin());
     start();
     open("miPrefs");
+    EXPECT_FALSE(part<QCheckBox>("cbAutolaunch")->isChecked()) << "nobody looks";
     EXPECT_FALSE(part<QCheckBox>("cbAutolaunch")->isVisible());
     EXPECT_FALSE(part("lblAutolaunch")->isVisible());
     EXPECT_TRUE(part<QWidget>("imgHolder")->isVisible());
@@ -204,6 +218,28 @@ TEST_F(Sheets, OfTheAboutEntryTellWhatThisIs)
                   !opens);
         EXPECT_EQ(part("lblLink"), nullptr);
         EXPECT_FALSE(delegate->uiModalShowing()) << "pressed twice, counted once";
+    }
+}
+
+TEST_F(Sheets, ThatAreMissingCannotBeOpened)
+{
+    InterfaceFile::remove(u"About"_s);
+    InterfaceFile::remove(u"Prefs"_s);
+    start();
+    EXPECT_FALSE(item("miAbout")->isEnabled());
+    EXPECT_FALSE(item("miPrefs")->isEnabled());
+}
+
+TEST_F(Sheets, LieOnWhiteWhateverTheDesktopsColours)
+{
+    start();
+    ASSERT_NE(QApplication::palette().color(QPalette::Window), Qt::white);
+    const mndAbout about;
+    const mndPrefs prefs;
+    const slvFeedback feedback;
+    for (QWidget *sheet : {about.window(), prefs.window(), feedback.window()}) {
+        const QImage picture = sheet->grab().toImage();
+        EXPECT_EQ(picture.pixelColor(picture.rect().bottomLeft()).name(), u"#ffffff"_s);
     }
 }
 

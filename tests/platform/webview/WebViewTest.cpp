@@ -92,6 +92,18 @@ TEST_F(Pages, OfTheSpinnerTurnAndEnd)
     QTest::qWait(50);
 }
 
+TEST_F(Pages, GetTheFeedbackObjectOfWhoeverFinishesLoading)
+{
+    addEngine();
+    slvFeedback feedback;
+    feedback.setProperty("_webview", QVariant::fromValue(view));
+    feedback.webViewFinishedLoading();
+    view->loadHtml(u"page"_s);
+    view->show();
+    ASSERT_SOON(view->findChild<QWidget *>());
+    EXPECT_TRUE(becomes(u"typeof slv + typeof slv.open"_s, u"objectfunction"_s));
+}
+
 TEST_F(Pages, CannotGetRoundTheirPolicy)
 {
     addEngine();
