@@ -38,6 +38,9 @@ TEST(Icons, StandOnTheRightOfATablesCell)
         EXPECT_TRUE(cell.text.isEmpty());
         EXPECT_EQ(services.recorder.events.contains(noted), !noted.isNull());
     }
+    for (const int size : {16, 40})
+        EXPECT_EQ(helpers.tableViewIconForFile(path, size).attachment.deviceIndependentSize(),
+                  QSizeF(size, size));
     const AttributedString none = helpers.tableViewIconForFile(u"/no/image"_s, 16);
     EXPECT_TRUE(none.attachment.isNull());
     EXPECT_EQ(none.alignment, Qt::AlignRight);
