@@ -57,12 +57,12 @@ QLayout *StatusView::makeHeader()
 QLayout *StatusView::makeFacts()
 {
     auto *grid = new QGridLayout;
-    grid->setHorizontalSpacing(24);
+    grid->setHorizontalSpacing(16);
     grid->setVerticalSpacing(2);
     m_system = addFact(grid, 0, m_texts(u"SZ_STATUS_SYSTEM"_s, u"System"_s));
     m_kernel = addFact(grid, 1, m_texts(u"SZ_STATUS_KERNEL"_s, u"Kernel"_s));
     m_uptime = addFact(grid, 2, m_texts(u"SZ_STATUS_UPTIME"_s, u"Running for"_s));
-    grid->setColumnStretch(0, 6);
+    grid->setColumnStretch(0, 7);
     grid->setColumnStretch(1, 4);
     grid->setColumnStretch(2, 3);
     return grid;

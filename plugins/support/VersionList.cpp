@@ -15,7 +15,7 @@ VersionList::VersionList(Texts texts, std::vector<Line> program)
     , m_grid(new QGridLayout(this))
 {
     m_grid->setContentsMargins(18, 14, 18, 14);
-    m_grid->setHorizontalSpacing(24);
+    m_grid->setHorizontalSpacing(12);
     m_grid->setVerticalSpacing(9);
     // Identifiers are long and wanted whole.
     m_grid->setColumnStretch(0, 1);
