@@ -2,6 +2,7 @@
 
 #include "host/mndAppDelegate.h"
 
+#include <QFileInfo>
 #include <QPixmap>
 #include <QTextStream>
 
@@ -18,8 +19,11 @@ int takeSnapshot(const mndAppDelegate &delegate, const QString &path)
         errors << "solvane: there is no window to take a picture of\n";
         return 1;
     }
-    if (!delegate.window()->grab().save(path)) {
-        errors << "solvane: the picture could not be saved at " << path << '\n';
+    // To open a pipe waits for its reader.
+    const bool isInTheWay = QFileInfo::exists(path) && !QFileInfo(path).isFile();
+    if (isInTheWay || !delegate.window()->grab().save(path)) {
+        errors << "solvane: the picture could not be saved at \"" << path << "\""
+               << (isInTheWay ? ": it is no file" : "") << '\n';
         return 1;
     }
     out << "Saved " << path << '\n';

@@ -189,6 +189,9 @@ int run(const CommandLine &commandLine, Application &application)
             tray.emplace(application, delegate);
     });
     if (!commandLine.snapshot.isNull()) {
+        // No window manager does it on a virtual display.
+        if (window)
+            window->activateWindow();
         QTimer::singleShot(snapshotDelay, &application, [&] {
             Application::exit(takeSnapshot(delegate, commandLine.snapshot));
         });

@@ -83,11 +83,21 @@ void mndAppDelegate::localizeMenus()
     localizeSubmenu(1, "SZ_MENU_WINDOW", miWindow);
     localizeSubmenu(2, "SZ_MENU_HELP", miHelp);
 
+    // Nobody should choose what nobody does.
+    if (!topLevel.isEmpty() && topLevel.first()->menu()) {
+        connect(topLevel.first()->menu(), &QMenu::aboutToShow, this, [this] {
+            if (miCheckForUpdate)
+                miCheckForUpdate->setEnabled(sharedObject(u"shared.updater"_s));
+        });
+    }
+
     // What shows no text of its own is read out.
     if (sourceList)
         sourceList->setAccessibleName(stringResource(u"SZ_NAME_PLUGINS"_s, u"Plugins"_s));
-    if (_helpbtn)
+    if (_helpbtn) {
         _helpbtn->setAccessibleName(stringResource(u"SZ_MENU_HELP"_s, u"Help"_s));
+        _helpbtn->setToolTip(_helpbtn->accessibleName());
+    }
 }
 
 QString mndAppDelegate::localizeLink(const QString &link)

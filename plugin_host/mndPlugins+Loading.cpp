@@ -11,6 +11,7 @@
 #include "plugin_host/SidebarTree.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QImage>
@@ -75,6 +76,12 @@ bool declaresPlugin(const Bundle &bundle, BundleModule &module, QStringList &pro
     return true;
 }
 
+/// Where plugins of the user's own lie.
+QString addedFolder()
+{
+    return systemServices().account->home() + u"/Library/Application Support/Solvane"_s;
+}
+
 /// What the author of an accepted plugin should know.
 QStringList remarks(const Dictionary &info, const QObject *plugin)
 {
@@ -111,8 +118,7 @@ QStringList mndPlugins::pathsToLoad() const
     QStringList paths = systemServices().mainBundle->pathsForResources(u"bundle"_s);
     if (m_quarantine && m_quarantine->bundledOnly())
         return paths;
-    const QString folder =
-        systemServices().account->home() + u"/Library/Application Support/Solvane"_s;
+    const QString folder = addedFolder();
     // Links are not followed, so that a folder of links in a circle is just a folder of links.
     const QDir directory(folder, u"*.bundle"_s, QDir::Name,
                          QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot | QDir::NoSymLinks
@@ -122,6 +128,19 @@ QStringList mndPlugins::pathsToLoad() const
             paths << QString(folder + u'/' + entry.fileName()).replace(u"//"_s, u"/"_s);
     }
     return paths;
+}
+
+/// Authors like to link what they build.
+void mndPlugins::tellOfLinks()
+{
+    QDirIterator entries(addedFolder(), {u"*.bundle"_s}, QDir::AllEntries | QDir::System);
+    while (entries.hasNext()) {
+        PluginLoadReport report;
+        report.path = entries.next();
+        report.problems << u"it is a link, which is not followed: copy the bundle"_s;
+        if (entries.fileInfo().isSymLink())
+            m_observer->bundleHandled(report);
+    }
 }
 
 void mndPlugins::loadAllPlugins()
@@ -138,6 +157,8 @@ void mndPlugins::loadAllPlugins()
     for (const QString &path : paths) {
         loadBundle(path, [&] { return ahead ? ahead->take(path) : ReadBundle::open(path); });
     }
+    if (m_observer)
+        tellOfLinks();
 }
 
 bool mndPlugins::loadPluginFromPath(const QString &path)

@@ -76,6 +76,7 @@ public:
 
 private:
     QStringList pathsToLoad() const;
+    void tellOfLinks();
     bool loadBundle(const QString &path, const std::function<ReadBundle()> &read);
     bool load(const ReadBundle &read, PluginLoadReport &report);
     bool isKeptOut(const Bundle &bundle, PluginLoadReport &report) const;

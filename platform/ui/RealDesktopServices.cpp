@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGridLayout>
 #include <QMessageBox>
 #include <QProcess>
 #include <QPushButton>
@@ -21,6 +22,8 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr int alertWidth = 420;
 
 /// The desktop's program that opens an address. It may turn into the browser itself: it is watched,
 /// but lives on when this program ends, and what becomes of it after a while is the browser's end.
@@ -86,6 +89,9 @@ AlertPanel::Answer MessageBoxAlertPanel::run(const QString &title, const QString
         alternate.isNull() ? nullptr : box.addButton(alternate, QMessageBox::DestructiveRole);
     box.setDefaultButton(safe);
     box.setEscapeButton(safe);
+    // As wide as a sentence; left alone it breaks addresses.
+    if (auto *grid = qobject_cast<QGridLayout *>(box.layout()))
+        grid->addItem(new QSpacerItem(alertWidth, 0), grid->rowCount(), 0, 1, grid->columnCount());
     box.exec();
     return other && box.clickedButton() == other ? Alternate : Default;
 }

@@ -77,7 +77,7 @@ SentFactsCard::SentFactsCard(mndCore *core, const Texts &texts)
     grid->setColumnStretch(1, 3);
     grid->addWidget(
         makeText(texts(u"SZ_SUPPORT_SENT_INFO"_s,
-                       u"Send Feedback opens our feedback page in your browser, with these values "
+                       u"Send feedback opens our feedback page in your browser, with these values "
                        "in its address. Only “Where Solvane is” can name you, if that is in your "
                        "home folder. Nothing else is sent."_s),
                  look::secondaryText),

@@ -72,6 +72,7 @@ QLabel *makeLink(const QString &link, const QString &title)
 QPushButton *makeButton(const QString &title)
 {
     auto *button = new QPushButton(title);
+    button->setAutoDefault(true); // Return presses it, too
     look::whenPolished(button, [button] {
         const QSize natural = button->sizeHint();
         button->setMinimumSize(natural.width() + 16, natural.height() + 4);
@@ -169,7 +170,7 @@ QWidget *SupportView::makeHelpCard()
 
 QWidget *SupportView::makeFeedbackCard()
 {
-    auto *button = makeButton(m_texts(u"SZ_SUPPORT_FEEDBACK_SEND"_s, u"Send Feedback\u2026"_s));
+    auto *button = makeButton(m_texts(u"SZ_SUPPORT_FEEDBACK_SEND"_s, u"Send feedback\u2026"_s));
     connect(button, &QPushButton::clicked, this, [this] {
         if (m_core)
             m_core->uiSendFeedback();

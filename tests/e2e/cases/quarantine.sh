@@ -8,7 +8,7 @@ expect_question() {
     start
     expect "the question" shows label "Solvane ended unexpectedly while the plugin .*$1.* was .*"
     click "push button" "$2"
-    expect "the sidebar's headings" shows "tree item" Cleaning
+    expect_shown
 }
 
 test_leaves_out_a_plugin_that_crashes_while_it_is_loaded() {
