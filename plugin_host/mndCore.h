@@ -45,9 +45,8 @@ public:
     /// [wait] False for an unknown id and while a sheet shows.
     virtual bool showPlugin(const QString &id) = 0;
     virtual void pluginSetBadge(const QString &id, quint64 value) = 0; ///< quint64(-1): no badge
-    virtual void
-    pluginSetProcessing(const QString &id,
-                        bool value) = 0; ///< [wait] busy spinner, in the place of the badge
+    /// [wait] Busy spinner, in the place of the badge. Before the sidebar shows it waits for that.
+    virtual void pluginSetProcessing(const QString &id, bool value) = 0;
     virtual void pluginSetIcon(const QString &id, const QImage &icon) = 0;
     virtual void pluginSetIconHighlighted(const QString &id, const QImage &icon) = 0;
 
