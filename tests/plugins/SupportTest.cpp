@@ -109,7 +109,7 @@ TEST(SupportView, LeadsToTheHelpPageAndToFeedback)
     FakeCore core;
     SupportView view(&core, u"/nowhere/Support.bundle"_s);
     find<QPushButton>(view, [](auto *button) {
-        return button->text().contains(u"Feedback"_s);
+        return button->text().contains(u"feedback"_s);
     })->click();
     EXPECT_EQ(core.feedbacks, 1);
     auto *link =
