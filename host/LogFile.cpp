@@ -9,7 +9,6 @@
 
 #include <atomic>
 #include <sys/stat.h>
-#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -31,8 +30,13 @@ FileDescriptor openToAppend(const QString &path, int flags)
         uninterrupted([&] { return ::openat(place.folder(), place.path(), flags, mode); }));
 }
 
-/// The file, and whether it is a new one.
-std::pair<FileDescriptor, bool> openOrMake(const QString &path)
+struct Opened
+{
+    FileDescriptor file;
+    bool isNew = false;
+};
+
+Opened openOrMake(const QString &path)
 {
     FileDescriptor file = openToAppend(path, 0);
     if (file.isOpen() || errno != ENOENT)
@@ -70,7 +74,8 @@ void blankOut(int appending, const QString &path, ssize_t written)
 LogFile::Written append(const QString &path, const QByteArray &data)
 {
     using LogFile::Written;
-    auto [file, isNew] = openOrMake(path);
+    Opened opened = openOrMake(path);
+    FileDescriptor &file = opened.file;
     if (!file.isOpen())
         return Written::NotAtAll;
     const ssize_t written = uninterrupted(
@@ -80,7 +85,7 @@ LogFile::Written append(const QString &path, const QByteArray &data)
         blankOut(file.number(), path, written);
     if (!file.close() || !whole)
         return Written::NotAtAll;
-    return isNew ? Written::ToANewFile : Written::ToTheFile;
+    return opened.isNew ? Written::ToANewFile : Written::ToTheFile;
 }
 
 void makeRoom(const QString &path, mndHelpers &helpers)
