@@ -5,9 +5,11 @@
 #include <QApplication>
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPainter>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QStyle>
 #include <QSvgRenderer>
 #include <QVBoxLayout>
 
@@ -64,6 +66,12 @@ void setTextColor(QWidget *widget, const QColor &color)
     QPalette palette = widget->palette();
     palette.setColor(QPalette::WindowText, color);
     widget->setPalette(palette);
+}
+
+void alignToLayout(QLabel *label)
+{
+    label->setAlignment(QStyle::visualAlignment(QGuiApplication::layoutDirection(), Qt::AlignLeft)
+                        | Qt::AlignAbsolute | Qt::AlignVCenter);
 }
 
 void paintWhite(QWidget *widget)

@@ -7,6 +7,8 @@
 
 #include <functional>
 
+class QLabel;
+
 /// The common look of the first-party pages: dark text and one accent on white.
 namespace look {
 
@@ -32,6 +34,8 @@ QFont font(double factor = 1.0, QFont::Weight weight = QFont::Normal);
 void whenPolished(QWidget *widget, std::function<void()> doIt);
 
 void setTextColor(QWidget *widget, const QColor &color);
+/// Where lines of the window begin, whatever language the text is in: a label goes by its text.
+void alignToLayout(QLabel *label);
 /// Makes the widget paint a plain white background.
 void paintWhite(QWidget *widget);
 

@@ -25,6 +25,7 @@ QLabel *makeParagraph(const QString &text, const QColor &color)
 {
     auto *label = new QLabel(text);
     label->setTextFormat(Qt::PlainText);
+    look::alignToLayout(label);
     label->setWordWrap(true);
     look::setTextColor(label, color);
     return label;
@@ -62,6 +63,7 @@ QLabel *makeLink(const QString &link, const QString &title)
     label->setText(u"<a href=\"%1\">%2</a>"_s.arg(link.toHtmlEscaped(), title.toHtmlEscaped()));
     label->setFocusPolicy(Qt::StrongFocus);
     label->setWordWrap(true);
+    look::alignToLayout(label);
     label->setAccessibleName(title);
     QPalette palette = label->palette();
     palette.setColor(QPalette::Link, look::accent);

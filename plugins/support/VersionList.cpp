@@ -48,6 +48,7 @@ void VersionList::show(const std::vector<Line> &lines)
         name->setTextFormat(Qt::PlainText);
         name->setWordWrap(row < std::ssize(m_program));
         name->setText(line.name);
+        look::alignToLayout(name);
         auto *version = new ElidedLabel;
         version->setText(line.version);
         version->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
