@@ -57,10 +57,16 @@ void PluginDiagnosis::list(QTextStream &out) const
     }
 }
 
-const PluginLoadReport *PluginDiagnosis::find(const QString &canonicalPath) const
+const PluginLoadReport *PluginDiagnosis::find(const QFileInfo &bundle) const
 {
+    // What is said of a link to the bundle is not said of the bundle.
+    const auto isOfBundle = [&](const QFileInfo &reported) {
+        return reported.absoluteFilePath() == bundle.absoluteFilePath()
+            || (!reported.isSymLink()
+                && reported.canonicalFilePath() == bundle.canonicalFilePath());
+    };
     const auto found = std::find_if(m_reports.begin(), m_reports.end(), [&](const auto &report) {
-        return QFileInfo(report.path).canonicalFilePath() == canonicalPath && !report.leftOut;
+        return !report.leftOut && isOfBundle(QFileInfo(report.path));
     });
     return found == m_reports.end() ? nullptr : &*found;
 }
@@ -83,7 +89,7 @@ int PluginDiagnosis::check(const QString &path, QObject &core, PluginQuarantine 
                            QTextStream &out)
 {
     const QFileInfo bundle(QDir::cleanPath(path));
-    const PluginLoadReport *report = bundle.exists() ? find(bundle.canonicalFilePath()) : nullptr;
+    const PluginLoadReport *report = bundle.exists() ? find(bundle) : nullptr;
     if (!report) {
         // In a registry of its own, so that a new build can be checked while an older one is
         // installed.

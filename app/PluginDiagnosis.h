@@ -3,6 +3,7 @@
 #include "plugin_host/mndPlugins.h"
 #include "plugin_host/PluginLoadReport.h"
 
+#include <QFileInfo>
 #include <QList>
 #include <QTextStream>
 
@@ -27,7 +28,7 @@ public:
     int check(const QString &path, QObject &core, PluginQuarantine &quarantine, QTextStream &out);
 
 private:
-    const PluginLoadReport *find(const QString &canonicalPath) const;
+    const PluginLoadReport *find(const QFileInfo &bundle) const;
     /// The path of another plugin with the same id; null for none.
     QString rivalOf(const PluginLoadReport &report) const;
 

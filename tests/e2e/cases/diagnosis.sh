@@ -117,6 +117,9 @@ test_ends_without_texts() {
 test_checks_several_bundles_and_a_new_build_of_an_installed_one() {
     install_plugins Good
     cp -r "$plugins/Good.bundle" "$HOME/Good.bundle"
+    ln -s "$HOME/Good.bundle" "$plugins/Linked.bundle"
+    diagnose --check-plugin "$plugins/Linked.bundle"
+    [[ $lines == "Linked.bundle: it is a link"* ]] || fail "a link: $lines"
     diagnose --check-plugin "$HOME/Good.bundle/"
     ((status == 0)) || fail "status $status: $lines"
     mv "$HOME/Good.bundle" "$HOME/Other.bundle"
