@@ -127,6 +127,13 @@ start_shown() {
     expect_shown
 }
 
+# bring_back ID - the minimised window.
+bring_back() {
+    xdotool windowmap "$1" windowactivate "$1"
+    expect "the window in front" has_focus
+    expect "the window in its place" is_in_place
+}
+
 expect_shown() {
     expect "the main window" has_window
     xdotool windowactivate "$(window)"
@@ -175,10 +182,18 @@ last_note_is() { [[ $(tail -n 1 "$SOLVANE_FIXTURE_NOTES") == "$1" ]]; }
 
 # --- Mouse ---------------------------------------------------------------------------------------
 
+# A window manager slides windows about, the program its sheets. Whether what shows, and the window,
+# rest where they were a moment ago.
+is_at_rest() {
+    local before=$place
+    place=$(objects "$@" | head -1)
+    [[ -n $place && $place == "$before" ]] && { shows_not frame Solvane || is_in_place; }
+}
+
 # click ROLE NAME - into the middle of what shows.
 click() {
-    expect "$1 \"$2\"" shows "$@"
-    local x y width height
-    read -r x y width height < <(objects "$@")
+    local place= x y width height
+    expect "$1 \"$2\"" is_at_rest "$@"
+    read -r x y width height <<<"$place"
     xdotool mousemove $((x + width / 2)) $((y + height / 2)) click 1
 }

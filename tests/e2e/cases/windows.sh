@@ -197,12 +197,10 @@ test_the_other_entries() {
     click "menu item" Window
     click "menu item" Minimize
     expect "the window to be minimised" is_minimized "$id"
-    xdotool windowmap "$id" windowactivate "$id"
-    expect "the window" has_focus
+    bring_back "$id"
     xdotool key ctrl+m
     expect "the window to be minimised" is_minimized "$id"
-    xdotool windowmap "$id" windowactivate "$id"
-    expect "the window" has_focus
+    bring_back "$id"
     click "menu item" Help
     click "menu item" "Solvane help"
     expect "the support page" shows "tree item" Support selected
@@ -242,8 +240,7 @@ test_the_other_entries_by_keyboard() {
     by_keys 2 Down Down Return
     by_keys 2 Return
     expect "the window to be minimised" is_minimized "$id"
-    xdotool windowmap "$id" windowactivate "$id"
-    expect "the window" has_focus
+    bring_back "$id"
 
     by_keys 3 Down Right Down Return
     expect "that there is no log" shows label "There is currently no logfile available to view."
