@@ -1,5 +1,6 @@
 #include "app/PluginCheck.h"
 
+#include "app/Printable.h"
 #include "plugin_host/PluginQuarantine.h"
 
 #include <QCoreApplication>
@@ -88,7 +89,7 @@ int runInItsOwnProcess(const CommandLine &commandLine, const QString &task, cons
     const bool isWhole = hasEnded && process.exitStatus() == QProcess::NormalExit
         && culprit.isEmpty() && (bundle.isNull() || !said.isEmpty());
     if (!isWhole) {
-        out << name << ": " << who(culprit, bundle);
+        out << name << ": " << printable(who(culprit, bundle));
         if (!hasEnded)
             out << " did not come to an end within " << longestRun / 1000 << " seconds\n";
         else
@@ -104,7 +105,8 @@ int runInItsOwnProcess(const CommandLine &commandLine, const QString &task, cons
 int checkInItsOwnProcess(const CommandLine &commandLine, const QString &bundle, QTextStream &out)
 {
     return runInItsOwnProcess(commandLine, u"--check-plugin=%1"_s.arg(bundle),
-                              QFileInfo(QDir::cleanPath(bundle)).fileName(), bundle, out);
+                              printable(QFileInfo(QDir::cleanPath(bundle)).fileName()), bundle,
+                              out);
 }
 
 int listInItsOwnProcess(const CommandLine &commandLine, QTextStream &out)

@@ -1,5 +1,6 @@
 #include "app/PluginDiagnosis.h"
 
+#include "app/Printable.h"
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/SystemServices.h"
 #include "plugin_host/PluginQuarantine.h"
@@ -45,15 +46,15 @@ void PluginDiagnosis::list(QTextStream &out) const
     QList<Row> rows{{u"ID"_s, u"NAME"_s, u"HEADING"_s, u"MS"_s, u"PATH"_s}};
     for (const PluginLoadReport &report : m_reports) {
         if (report.accepted) {
-            rows << Row{report.id, report.name, report.heading, milliseconds(report.milliseconds),
-                        report.path};
+            rows << Row{printable(report.id), printable(report.name), printable(report.heading),
+                        milliseconds(report.milliseconds), printable(report.path)};
         }
     }
     printTable(rows, out);
     for (const PluginLoadReport &report : m_reports) {
         if (!report.accepted)
-            out << (report.leftOut ? "left out: " : "refused: ") << report.path << ": "
-                << report.problems.join(u"; "_s) << '\n';
+            out << (report.leftOut ? "left out: " : "refused: ") << printable(report.path) << ": "
+                << printable(report.problems.join(u"; "_s)) << '\n';
     }
 }
 
@@ -105,13 +106,13 @@ int PluginDiagnosis::check(const QString &path, QObject &core, PluginQuarantine 
     if (const QString rival = report->accepted ? rivalOf(*report) : QString(); !rival.isNull())
         problems << u"\"%1\" is already the id of %2: one of them is refused"_s.arg(report->id,
                                                                                     rival);
+    const QString name = printable(bundle.fileName());
     for (const QString &problem : std::as_const(problems))
-        out << bundle.fileName() << ": " << problem << '\n';
+        out << name << ": " << printable(problem) << '\n';
     if (bundle.suffix() != "bundle"_L1)
-        out << bundle.fileName()
-            << ": its name does not end in \".bundle\": it is never looked at\n";
+        out << name << ": its name does not end in \".bundle\": it is never looked at\n";
     else if (problems.isEmpty())
-        out << bundle.fileName() << ": no problems found; \"" << report->id << "\" loads in "
+        out << name << ": no problems found; \"" << printable(report->id) << "\" loads in "
             << milliseconds(report->milliseconds) << " ms\n";
     return report->accepted && problems.isEmpty() && bundle.suffix() == "bundle"_L1 ? 0 : 1;
 }

@@ -95,6 +95,15 @@ plugin.status 0
 END
 }
 
+test_no_name_steers_the_terminal() {
+    local task
+    install_plugins $'NotAPlugin:Red\e[31m\nline'
+    for task in --list-plugins --check-plugin="$plugins/"$'Red\e[31m\nline.bundle'; do
+        diagnose "$task"
+        [[ $lines == *"Red�[31m�line.bundle: "* && $lines != *$'\e'* ]] || fail "$task: $lines"
+    done
+}
+
 test_ends_with_plugins_whose_threads_wait() {
     install_plugins JoinsThread Good
     diagnose --list-plugins
