@@ -22,6 +22,7 @@ void MainWindow::setBackgroundColor(const QColor &color)
     QPalette ground = palette();
     ground.setColor(QPalette::Window, color);
     setPalette(ground);
+    layGroundUnderTitlebar();
 }
 
 bool MainWindow::supportsTitlebarAccessories() const
@@ -44,8 +45,19 @@ void MainWindow::addTitlebarAccessory(QWidget *view)
 
 void MainWindow::setTitlebarAppearsTransparent(bool transparent)
 {
-    if (menuWidget())
-        menuBar()->setAutoFillBackground(!transparent);
+    m_titlebarIsTransparent = transparent;
+    layGroundUnderTitlebar();
+}
+
+void MainWindow::layGroundUnderTitlebar()
+{
+    if (!menuWidget())
+        return;
+    // Styles paint all of the bar: seen through is what has the same colour.
+    QPalette bar;
+    if (m_titlebarIsTransparent)
+        bar.setColor(QPalette::Window, palette().color(QPalette::Window));
+    menuBar()->setPalette(bar);
 }
 
 QRect MainWindow::frame()

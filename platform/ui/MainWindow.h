@@ -82,6 +82,7 @@ private:
     };
 
     void openMenus();
+    void layGroundUnderTitlebar();
     void layOutAccessory();
     bool sheetShows() const;
     void showNextSheet();
@@ -89,6 +90,7 @@ private:
 
     QPointer<QObject> m_delegate;
     QPointer<QWidget> m_accessory;
+    bool m_titlebarIsTransparent = false;
     QMargins m_borders; ///< as the window manager drew them last around a normal window
     QPointer<Sheet> m_sheet;
     QList<SheetRequest> m_waitingSheets;
