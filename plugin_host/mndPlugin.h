@@ -20,7 +20,8 @@ public:
     ///   - "parent": QString, title of the heading, or "*hidden*" for no row.
     ///   - "icon", "icon-selected": QImage, of the sidebar row.
     ///   - "view": QWidget *, the main view. The plugin keeps owning it: the host borrows it while
-    ///     it shows and neither moves nor resizes it. Without one there is no row.
+    ///     it shows and neither moves nor resizes it. Without one there is no row. Take one that
+    ///     the host has neither loaded nor shown out of here before you delete it.
     ///   - "first": anything; when present the row goes first under its heading.
     ///   The host writes "__item" and "icon-selected" into it.
     /// What it throws is caught: the plugin is left out.

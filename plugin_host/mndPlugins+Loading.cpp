@@ -269,10 +269,7 @@ void mndPlugins::accept(const Dictionary &info, std::unique_ptr<QObject> plugin)
     // What a plugin deletes behind the host's back is gone for the host too.
     QObject::connect(plugin.get(), &QObject::destroyed, &m_guard,
                      [record]() mutable { record.setValue(u"obj"_s, {}); });
-    if (const QWidget *view = info.value<QWidget *>(u"view"_s)) {
-        QObject::connect(view, &QObject::destroyed, &m_guard,
-                         [shared = Dictionary(info)]() mutable { shared.setValue(u"view"_s, {}); });
-    }
+    watchView(record);
     _plugins.append(record);
     plugin.release();
 }

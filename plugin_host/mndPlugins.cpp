@@ -106,6 +106,14 @@ void quietly(const char *what, const Call &call) noexcept
     }
 }
 
+/// Of an object that is on its way out nothing more can be asked.
+const void *address(const QVariant &object)
+{
+    return object.metaType().flags() & QMetaType::PointerToQObject
+        ? *static_cast<void *const *>(object.constData())
+        : nullptr;
+}
+
 } // namespace
 
 void mndPlugins::performSelectorOnAllDelegates(const Selector &selector)
@@ -169,6 +177,23 @@ void mndPlugins::watchFirstShow(QObject *plugin, QWidget *view)
     systemServices().scheduler->after(longest, &m_guard, leave);
 }
 
+void mndPlugins::watchView(const Dictionary &record)
+{
+    const QWidget *view = info(record).value<QWidget *>(u"view"_s);
+    const std::pair<const QObject *, const QObject *> watch(record.value<QObject *>(u"obj"_s),
+                                                            view);
+    if (!view || m_watchedViews.contains(watch))
+        return;
+    m_watchedViews.insert(watch);
+    QObject::connect(view, &QObject::destroyed, &m_guard,
+                     [this, watch, shared = info(record)](const QObject *gone) mutable {
+                         m_watchedViews.remove(watch);
+                         // The plugin may have put another one there.
+                         if (address(shared.value(u"view"_s)) == gone)
+                             shared.setValue(u"view"_s, {});
+                     });
+}
+
 void mndPlugins::doDisplayMainViewForPluginAtIndex(quint64 index, QWidget *hostView)
 {
     // Plugins may show one another from their messages, in a circle too.
@@ -179,6 +204,7 @@ void mndPlugins::doDisplayMainViewForPluginAtIndex(quint64 index, QWidget *hostV
     const QPointer<QWidget> view = info(record).value<QWidget *>(u"view"_s);
     if (!view || view == hostView || view->isAncestorOf(hostView))
         return;
+    watchView(record);
 
     const QScopedValueRollback depth(m_displayDepth, m_displayDepth + 1);
     const quint64 own = ++m_displays;

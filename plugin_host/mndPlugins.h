@@ -12,6 +12,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 class Bundle;
 class PluginQuarantine;
@@ -80,6 +81,7 @@ private:
     bool loadBundle(const QString &path, const std::function<ReadBundle()> &read);
     bool load(const ReadBundle &read, PluginLoadReport &report);
     bool isKeptOut(const Bundle &bundle, PluginLoadReport &report) const;
+    void watchView(const Dictionary &record);
     void watchFirstShow(QObject *plugin, QWidget *view);
     void callWatched(QObject *plugin, const std::function<void()> &call);
     void accept(const Dictionary &info, std::unique_ptr<QObject> plugin);
@@ -91,6 +93,8 @@ private:
     PluginQuarantine *m_quarantine = nullptr;
     QHash<QObject *, QString> m_bundles; ///< of plugins under watch
     QSet<QObject *> m_neverShown;        ///< those of them
+    /// Plugins with each view that the host empties "view" for when it goes.
+    QSet<std::pair<const QObject *, const QObject *>> m_watchedViews;
     quint64 m_displays = 0; ///< counts up, so that a display knows whether it is the last one
     int m_displayDepth = 0;
     QObject m_guard; ///< ends the watch over plugins and views
