@@ -20,14 +20,14 @@ QString extendedLoggingKey()
 
 } // namespace
 
-void mndAppDelegate::logPlace(const char *selector, int place, const QString &text)
+void mndAppDelegate::logPlace(const char *selector, int place, const std::optional<QString> &text)
 {
     if (!_core)
         return;
     const QString className = QString::fromLatin1(metaObject()->className());
     const QString selectorName = QString::fromLatin1(selector);
-    _core->log(text.isNull() ? format(u"%@::%@:%d"_s, {className, selectorName, place})
-                             : format(u"%@::%@:%d %@"_s, {className, selectorName, place, text}));
+    _core->log(text ? format(u"%@::%@:%d %@"_s, {className, selectorName, place, *text})
+                    : format(u"%@::%@:%d"_s, {className, selectorName, place}));
 }
 
 QString mndAppDelegate::logFilePath() const

@@ -175,9 +175,11 @@ bool mndAppDelegate::_showPlugin(const QString &id)
         _highlightItem(info.string(u"parent"_s), info.string(u"name"_s));
         return true;
     }
+    const RowIndexes selected = sourceList ? sourceList->selectedRowIndexes() : RowIndexes();
     m_Plugins->doDisplayMainViewForPluginById(id, pluginViewHost);
     setSidebarNeedsDisplay();
-    if (sourceList)
+    // A plugin that led on to one with a row has selected that.
+    if (sourceList && sourceList->selectedRowIndexes() == selected)
         sourceList->deselectAll();
     return true;
 }

@@ -186,7 +186,7 @@ private:
     void _loaded2();
     void noteFirstPlace();
 
-    void logPlace(const char *selector, int place, const QString &text = {});
+    void logPlace(const char *selector, int place, const std::optional<QString> &text = {});
     void localize(QAction *item, const char *key, const QString &fallback = {});
     Dictionary infoOfPlugin(const QString &id) const;
     void setSidebarNeedsDisplay();
