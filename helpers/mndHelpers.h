@@ -57,9 +57,12 @@ public:
     /// null when there is no application.
     virtual QString iconPathForApplication(const QString &path) = 0;
 
-    /// Removes a file, a link, or a folder with all it holds.
+    /// Removes a file, a link, or a folder with all it holds. What cannot be removed stays, mounted
+    /// volumes too: then false, and everything else has gone.
     virtual bool removeFileAtPath(const QString &path) = 0;
-    /// Overwrites a file once, block by block, then removes it.
+    /// Removes the file and fills a new one of its name and size, block by block, which goes as
+    /// well. A folder has to be empty. False when any step failed: the path may be gone all the
+    /// same.
     virtual bool secureRemoveFileAtPath(const QString &path) = 0;
     /// One of the two, by secureQuickCleanValue().
     virtual bool removeFileAtPathQuickClean(const QString &path) = 0;

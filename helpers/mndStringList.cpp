@@ -86,8 +86,9 @@ void mndStringList::removeString(const QString &string)
     // A null text has no place in memory of its own: it shares the empty texts'.
     if (string.isNull())
         return;
-    m_Strings.strings().removeIf([&string](const QString &entry) {
-        return entry.constData() == string.constData() && entry.size() == string.size();
+    // It may be an entry itself, in whose place another one moves meanwhile.
+    m_Strings.strings().removeIf([wanted = string](const QString &entry) {
+        return entry.constData() == wanted.constData() && entry.size() == wanted.size();
     });
 }
 
