@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <tuple>
 
 namespace {
 
@@ -41,6 +42,21 @@ bool isRegular(const FileDescriptor &file)
 {
     struct stat64 status;
     return file.isOpen() && ::fstat64(file.number(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+/// False when the disk is too full; then the file is as it was. Where the file system cannot tell,
+/// writing will.
+bool hasRoomFor(const FileDescriptor &file, qsizetype size)
+{
+    struct stat64 before;
+    if (size == 0 || ::fstat64(file.number(), &before) != 0)
+        return size == 0;
+    constexpr std::array isFull{ENOSPC, EDQUOT, EFBIG, EIO};
+    const int error = ::posix_fallocate64(file.number(), 0, size);
+    if (std::find(isFull.begin(), isFull.end(), error) == isFull.end())
+        return true;
+    std::ignore = ::ftruncate64(file.number(), before.st_size); // part of the room may be there
+    return false;
 }
 
 FileAttributes::Type typeOf(mode_t mode)
@@ -116,7 +132,8 @@ std::optional<QByteArray> RealFileSystem::readFile(const QString &path, qsizetyp
 bool RealFileSystem::writeFile(const QString &path, QByteArrayView content)
 {
     FileDescriptor file = openFile(path, O_WRONLY | O_CREAT | O_NONBLOCK | O_NOCTTY, 0666);
-    return isRegular(file) && ::ftruncate64(file.number(), 0) == 0
+    return isRegular(file) && hasRoomFor(file, content.size())
+        && ::ftruncate64(file.number(), content.size()) == 0
         && writeContent(std::move(file), content);
 }
 

@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QScopeGuard>
 #include <QSettings>
 #include <QStandardPaths>
@@ -148,11 +149,16 @@ QString scratchName(const QString &target)
 /// What processes that were killed have left. Only under the lock.
 void removeScratchFiles(const QString &target)
 {
+    // With what QSettings makes beside it; the folder may be full of the user's own files.
+    static const QRegularExpression made(u"^[0-9a-f]{32}(\\..*)?$"_s);
     const QDir folder = QFileInfo(target).dir();
-    const QStringList left = folder.entryList({QFileInfo(scratchName(target)).fileName() + u'*'},
-                                              QDir::Files | QDir::System | QDir::Hidden);
-    for (const QString &name : left)
-        QFile::remove(folder.filePath(name));
+    const QString start = QFileInfo(scratchName(target)).fileName();
+    const QStringList left =
+        folder.entryList({start + u'*'}, QDir::Files | QDir::System | QDir::Hidden);
+    for (const QString &name : left) {
+        if (made.match(name.sliced(start.size())).hasMatch())
+            QFile::remove(folder.filePath(name));
+    }
 }
 
 /// Copies a file if there is one, and answers what went wrong. Unlike QFile::copy() it does not
@@ -277,8 +283,10 @@ bool RealUserDefaults::write(std::chrono::milliseconds longest)
 QString RealUserDefaults::keepDamagedFile(const QString &target)
 {
     QFile damaged(target);
-    const QString kept = target + u".damaged"_s;
-    if (m_fileIsDamaged && !QFile::exists(kept) && !damaged.copy(kept))
+    QString kept = target + u".damaged"_s;
+    for (int number = 2; m_fileIsDamaged && QFile::exists(kept); ++number)
+        kept = target + u".damaged-%1"_s.arg(number);
+    if (m_fileIsDamaged && !damaged.copy(kept))
         return damaged.errorString();
     m_fileIsDamaged = false;
     return {};
