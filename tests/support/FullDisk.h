@@ -6,21 +6,32 @@
 
 #include <csignal>
 
-/// For a while no file of this process may grow beyond so many bytes: what does not fit is written
-/// in part or not at all, as on a full disk.
-class FullDisk
+/// Allows the process less of something for a while.
+class LowLimit
 {
 public:
-    explicit FullDisk(rlim_t bytes)
+    LowLimit(__rlimit_resource resource, rlim_t limit)
+        : m_resource(resource)
     {
-        std::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &m_usual);
-        const rlimit full{bytes, m_usual.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &full);
+        ::getrlimit(resource, &m_usual);
+        const rlimit low{limit, m_usual.rlim_max};
+        ::setrlimit(resource, &low);
     }
-    ~FullDisk() { ::setrlimit(RLIMIT_FSIZE, &m_usual); }
-    Q_DISABLE_COPY_MOVE(FullDisk)
+    ~LowLimit() { ::setrlimit(m_resource, &m_usual); }
+    Q_DISABLE_COPY_MOVE(LowLimit)
 
 private:
+    __rlimit_resource m_resource;
     rlimit m_usual{};
+};
+
+/// For a while no file of this process may grow beyond so many bytes: what does not fit is written
+/// in part or not at all, as on a full disk.
+struct FullDisk : LowLimit
+{
+    explicit FullDisk(rlim_t bytes)
+        : LowLimit(RLIMIT_FSIZE, bytes)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+    }
 };

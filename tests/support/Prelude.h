@@ -13,6 +13,7 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -47,6 +48,34 @@ inline QString makeFile(const QString &path, const QByteArray &content)
                 && file.write(content) == content.size())
         << qPrintable(path);
     return path;
+}
+
+/// A picture of one colour.
+inline QImage filled(int width, int height, const QColor &color)
+{
+    QImage image(width, height, QImage::Format_ARGB32);
+    image.fill(color);
+    return image;
+}
+
+/// Shows the window and waits until it has the keyboard.
+inline bool activate(QWidget &window)
+{
+    window.show();
+    window.activateWindow();
+    return QTest::qWaitForWindowActive(&window);
+}
+
+/// Does it on a thread of its own, while this one handles events.
+inline void onThread(const std::function<void()> &work)
+{
+    std::atomic<bool> isDone = false;
+    std::thread thread([&] {
+        work();
+        isDone = true;
+    });
+    EXPECT_SOON(isDone.load());
+    thread.join();
 }
 
 /// Nothing where the file cannot be read.

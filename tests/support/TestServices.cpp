@@ -11,8 +11,6 @@
 
 namespace fs = std::filesystem;
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 /// A bundle that notes what is looked up in it.

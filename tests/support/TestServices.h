@@ -13,6 +13,8 @@
 #include <memory>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 /// What happened, in order. Plugins of the fixtures tell it as the shared object "test.recorder".
 class Recorder : public QObject
 {
@@ -42,13 +44,10 @@ public:
     ~TestServices();
     Q_DISABLE_COPY_MOVE(TestServices)
 
-    QString resources() const
-    {
-        return root.filePath(QStringLiteral("Solvane.app/Contents/Resources"));
-    }
+    QString resources() const { return root.filePath(u"Solvane.app/Contents/Resources"_s); }
     QString supportFolder() const
     {
-        return home.path() + QStringLiteral("/Library/Application Support/Solvane");
+        return home.path() + u"/Library/Application Support/Solvane"_s;
     }
     /// Makes a file of this content, and the folders above it.
     static QString write(const QString &path, const QByteArray &content);
@@ -72,7 +71,7 @@ public:
     /// Called when the application's own plugins are looked for.
     std::function<void()> onPluginsSought;
     QDateTime now;
-    QStringList preferredLanguages{QStringLiteral("en")};
+    QStringList preferredLanguages{u"en"_s};
     QLocale locale{QLocale::English, QLocale::UnitedKingdom};
     QMap<QString, QVariant> defaults;
     bool defaultsAreWritten = true;
@@ -83,13 +82,9 @@ public:
     QStringList chosenFolders;         ///< by the user, one after the other; then the user cancels
     QImage icon;                       ///< of every file and type
     QRect visibleFrame{0, 0, 1600, 900};
-    QString modelName;
-    QString osVersion;
-    std::optional<int> cpuCount;
-    std::optional<int> cpuSpeed;
-    std::optional<int> ramSize;
-    /// May throw.
-    std::function<std::optional<QByteArray>()> serialNumber;
+    QString modelName, osVersion;
+    std::optional<int> cpuCount, cpuSpeed, ramSize;
+    std::function<std::optional<QByteArray>()> serialNumber; ///< may throw
 
 private:
     struct Scheduled

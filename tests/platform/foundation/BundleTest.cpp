@@ -54,16 +54,15 @@ TEST_F(BundleTest, TakesNoExecutableFromElsewhere)
 
 TEST_F(BundleTest, FindsResourcesInsideOnly)
 {
-    write(u"Resources/en.strings"_s, "");
-    write(u"Resources/plain"_s, "");
-    write(u"Resources/Sub.bundle/x"_s, "");
-    write(u"outside.strings"_s, "");
+    for (const QString &name : {u"Resources/en.strings"_s, u"Resources/plain"_s,
+                                u"Resources/Sub.bundle/x"_s, u"outside.strings"_s})
+        write(name, "");
     const Bundle bundle(m_path);
     const QString resources = m_path + u"/Contents/Resources/"_s;
     const std::tuple<QString, QString, QString> cases[] = {
-        {u"en"_s, u"strings"_s, u"en.strings"_s},
-        {u"plain"_s, {}, u"plain"_s},
-        {u"Sub"_s, u"bundle"_s, u"Sub.bundle"_s},
+        {u"en"_s, u"strings"_s, resources + u"en.strings"_s},
+        {u"plain"_s, {}, resources + u"plain"_s},
+        {u"Sub"_s, u"bundle"_s, resources + u"Sub.bundle"_s},
         {u"EN"_s, u"strings"_s, {}},
         {u"en.strings"_s, u"strings"_s, {}},
         {u"../outside"_s, u"strings"_s, {}},
@@ -74,11 +73,8 @@ TEST_F(BundleTest, FindsResourcesInsideOnly)
         {u"en"_s, u"strings/../plain"_s, {}},
         {u"plain\0x"_s, {}, {}},
     };
-    for (const auto &[name, type, found] : cases) {
-        EXPECT_EQ(bundle.pathForResource(name, type),
-                  found.isNull() ? QString() : resources + found)
-            << name.toStdString();
-    }
+    for (const auto &[name, type, found] : cases)
+        EXPECT_EQ(bundle.pathForResource(name, type), found) << name.toStdString();
 }
 
 TEST_F(BundleTest, ListsResourcesInByteOrder)

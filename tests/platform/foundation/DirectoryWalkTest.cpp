@@ -7,8 +7,6 @@
 
 namespace {
 
-using Paths = std::vector<QString>;
-
 FileRecords walk(const QString &path, int threads = 3)
 {
     FileRecords records;
@@ -41,10 +39,7 @@ TEST(FilePath, KeepsEveryName)
 {
     const std::tuple<QByteArray, std::u16string> cases[] = {
         {"plain", u"plain"},
-        {"\xef\xbb\xbf"
-         "bom",
-         u"\ufeff"
-         u"bom"},
+        {"\357\273\277bom", u"\ufeffbom"},
         {"\xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80", u"\u00e9\u20ac\U0001f600"},
         {"a\xffz\x80", {u'a', 0xdcff, u'z', 0xdc80}},
         {"\xc0\xaf", {0xdcc0, 0xdcaf}},                         // overlong
@@ -77,7 +72,7 @@ TEST(DirectoryWalk, FindsAllThatIsNoFolder)
     tree.file("a/App.app/\xff/\xe4\xf6", 2);
     ASSERT_EQ(::symlink(other.path().c_str(), tree.path("link").c_str()), 0);
     ASSERT_EQ(::symlink("nowhere", tree.path("a/broken").c_str()), 0);
-    ASSERT_EQ(::mkfifo(tree.path("pipe").c_str(), 0600), 0);
+    makePipe(tree.text("pipe"));
     const int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
     sockaddr_un address{AF_UNIX, {}};
     tree.path("socket").copy(address.sun_path, sizeof address.sun_path - 1);
@@ -100,12 +95,11 @@ TEST(DirectoryWalk, FindsAllThatIsNoFolder)
 TEST(DirectoryWalk, KeepsTheOrderOfTheFoldersWithManyThreadsAndFewDescriptors)
 {
     const FileTree tree;
-    for (int i = 0; i < 60; ++i) {
+    for (size_t i = 0; i < 60; ++i) {
         const std::string folder = std::to_string(i);
         tree.folder(folder);
-        for (int k = 0; k < 40; ++k) {
-            tree.file(folder + "/f" + std::to_string(k),
-                      static_cast<size_t>(i) * static_cast<size_t>(k));
+        for (size_t k = 0; k < 40; ++k) {
+            tree.file(folder + "/f" + std::to_string(k), i * k);
             tree.folder(folder + "/d" + std::to_string(k));
             tree.file(folder + "/d" + std::to_string(k) + "/g");
         }
@@ -135,10 +129,10 @@ TEST(DirectoryWalk, GoesDeeperThanPathsReach)
     const FewDescriptors few(256);
     const FileRecords records = walk(tree.text());
     EXPECT_EQ(records.size(), static_cast<size_t>(depth));
-    size_t longest = 0;
+    qsizetype longest = 0;
     for (const FileRecord &record : records)
-        longest = std::max(longest, static_cast<size_t>(record.path.size()));
-    EXPECT_EQ(longest, tree.path("deep/file").size() + (depth - 1) * std::string("/level").size());
+        longest = std::max(longest, record.path.size());
+    EXPECT_EQ(longest, tree.text("deep/file").size() + (depth - 1) * u"/level"_s.size());
 }
 
 TEST(DirectoryWalk, TellsFoldersAlsoWhereNothingCanBeAsked)
@@ -181,10 +175,10 @@ TEST(DirectoryWalk, LosesOnlyTheWayBackWhereAFolderIsMovedMeanwhile)
     DirectoryWalk::run(
         tree.text(),
         [&](FileRecord &&record) {
-            staying += record.path.contains(QStringLiteral("/stays"));
-            below += record.path.contains(QStringLiteral("/deep/"));
+            staying += record.path.contains(u"/stays"_s);
+            below += record.path.contains(u"/deep/"_s);
             // The walk is further down by then, and will not find the way back.
-            if (record.path.count(QStringLiteral("/level")) > 10)
+            if (record.path.count(u"/level"_s) > 10)
                 ::rename(tree.path("deep/level/level").c_str(), tree.path("moved").c_str());
         },
         1);
@@ -215,11 +209,10 @@ TEST(DirectoryWalk, SurvivesFoldersThatComeAndGo)
         }
     });
     for (int i = 0; i < 100; ++i) {
-        const FileRecords records = walk(tree.text());
         size_t staying = 0;
-        for (const FileRecord &record : records) {
-            staying += record.path.contains(QStringLiteral("/stays"));
-            EXPECT_FALSE(record.path.endsWith(QStringLiteral("outside")));
+        for (const FileRecord &record : walk(tree.text())) {
+            staying += record.path.contains(u"/stays"_s);
+            EXPECT_FALSE(record.path.endsWith(u"outside"_s));
         }
         EXPECT_EQ(staying, 1200u);
     }

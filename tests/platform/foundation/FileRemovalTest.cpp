@@ -5,8 +5,6 @@
 #include <sched.h>
 #include <sys/mount.h>
 
-#include <thread>
-
 TEST(FileRemoval, TakesTreesAndNeverWhatLinksLeadTo)
 {
     const FileTree tree, other;
@@ -20,8 +18,7 @@ TEST(FileRemoval, TakesTreesAndNeverWhatLinksLeadTo)
     EXPECT_FALSE(files.remove(tree.text("t")));
     for (const char *name : {"t/.", "t/..", "missing", "t/link/missing"})
         EXPECT_FALSE(files.removeTree(tree.text(name))) << name;
-    for (const QString &path :
-         {QStringLiteral("/"), QStringLiteral("//"), QString(), tree.text("t") + QChar(0)})
+    for (const QString &path : {u"/"_s, u"//"_s, QString(), tree.text("t") + QChar(0)})
         EXPECT_FALSE(files.removeTree(path)) << path.toStdString();
     EXPECT_TRUE(tree.has("t/\xff/f"));
     EXPECT_TRUE(files.removeTree(tree.text("t") + u'/'));

@@ -2,20 +2,11 @@
 
 #include "platform/foundation/FilePath.h"
 #include "platform/foundation/TreeRemoval.h"
-
-#include <gtest/gtest.h>
-
-#include <QTemporaryDir>
+#include "tests/support/FullDisk.h"
 
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/fsuid.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <string>
-#include <vector>
 
 /// A folder for a test to build trees in. Qt would leave some of what lies in it behind.
 class FileTree
@@ -87,18 +78,9 @@ private:
 };
 
 /// Allows the process fewer descriptors for a while.
-class FewDescriptors
+struct FewDescriptors : LowLimit
 {
-public:
     explicit FewDescriptors(rlim_t count)
-    {
-        ::getrlimit(RLIMIT_NOFILE, &m_usual);
-        const rlimit few{count, m_usual.rlim_max};
-        ::setrlimit(RLIMIT_NOFILE, &few);
-    }
-    ~FewDescriptors() { ::setrlimit(RLIMIT_NOFILE, &m_usual); }
-    Q_DISABLE_COPY_MOVE(FewDescriptors)
-
-private:
-    rlimit m_usual{};
+        : LowLimit(RLIMIT_NOFILE, count)
+    { }
 };

@@ -2,13 +2,7 @@
 
 #include "tests/platform/foundation/FileTree.h"
 
-#include <algorithm>
-#include <atomic>
 #include <cstdio>
-#include <fstream>
-#include <functional>
-#include <sstream>
-#include <thread>
 
 /// Puts links that lead elsewhere in the place of what is being removed, from a thread of its own.
 /// Nothing elsewhere may be touched. SOLVANE_TEST_SWAPS says how many links there are to be at
@@ -19,7 +13,7 @@ public:
     LinkRace()
     {
         for (int i = 0; i < files; ++i)
-            std::ofstream(m_elsewhere.path(std::to_string(i))) << "kept";
+            makeFile(m_elsewhere.text(std::to_string(i)), "kept");
     }
 
     std::string folderElsewhere() const { return m_elsewhere.path(); }
@@ -51,11 +45,8 @@ public:
         std::printf("%d swaps, %d removals, %d of them successful, %d links removed\n",
                     swaps.load(), removals, succeeded, met);
         EXPECT_GT(met, 0) << "they never met";
-        for (int i = 0; i < files; ++i) {
-            std::stringstream content;
-            content << std::ifstream(m_elsewhere.path(std::to_string(i))).rdbuf();
-            EXPECT_TRUE(content.str() == "kept") << i;
-        }
+        for (int i = 0; i < files; ++i)
+            EXPECT_EQ(fileContent(m_elsewhere.text(std::to_string(i))), "kept") << i;
     }
 
 private:

@@ -5,7 +5,6 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 
 #include <csignal>
@@ -22,14 +21,16 @@ struct RealUserDefaultsTest : testing::Test
 {
     QTemporaryDir m_folder;
     const QString m_path = m_folder.filePath(u"Solvane/solvane.conf"_s);
+    const QByteArray m_parent = QFile::encodeName(m_folder.filePath(u"Solvane"_s));
     LastMessage m_log;
 
     QByteArray content() const { return fileContent(m_path); }
     /// All that lies in the settings' folder.
-    QStringList names() const
+    QString names() const
     {
-        return QDir(QFileInfo(m_path).path())
-            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+        return QDir(m_folder.filePath(u"Solvane"_s))
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot)
+            .join(u' ');
     }
 };
 
@@ -76,8 +77,8 @@ TEST_F(RealUserDefaultsTest, KeepsValuesAndTheirTypesAcrossARestart)
     };
     {
         RealUserDefaults defaults(m_path);
-        for (auto entry = values.cbegin(); entry != values.cend(); ++entry)
-            defaults.setValue(entry.key(), entry.value());
+        for (const QString &key : values.keys())
+            defaults.setValue(key, values[key]);
         defaults.setValue(u"gone"_s, 1);
         EXPECT_TRUE(defaults.synchronize());
         defaults.removeValue(u"gone"_s);
@@ -87,10 +88,9 @@ TEST_F(RealUserDefaultsTest, KeepsValuesAndTheirTypesAcrossARestart)
     }
     const RealUserDefaults defaults(m_path);
     EXPECT_EQ(defaults.keys(), values.keys());
-    for (auto entry = values.cbegin(); entry != values.cend(); ++entry) {
-        SCOPED_TRACE(entry.key().toStdString());
-        EXPECT_EQ(defaults.value(entry.key()), entry.value());
-        EXPECT_EQ(defaults.value(entry.key()).typeId(), entry.value().typeId());
+    for (const QString &key : values.keys()) {
+        EXPECT_EQ(defaults.value(key), values[key]) << key.toStdString();
+        EXPECT_EQ(defaults.value(key).typeId(), values[key].typeId()) << key.toStdString();
     }
     EXPECT_TRUE(content().contains("slvCore.elog=bool:true\n"));
     EXPECT_EQ(RealUserDefaults::defaultFilePath(),
@@ -110,27 +110,26 @@ TEST_F(RealUserDefaultsTest, SaysWhenNothingCouldBeWrittenAndTriesAgain)
     QFile::remove(inTheWay);
 
     const QByteArray path = QFile::encodeName(m_path);
-    ASSERT_TRUE(QDir().mkpath(QFileInfo(m_path).path()));
+    ASSERT_TRUE(QDir(m_folder.path()).mkdir(u"Solvane"_s));
     for (int (*make)(const char *, mode_t) : {&::mkdir, &::mkfifo}) {
         ASSERT_EQ(make(path.constData(), 0700), 0);
         EXPECT_FALSE(defaults.synchronize());
         EXPECT_EQ(m_log.text, told + u"it is no file"_s);
-        EXPECT_EQ(names(), QStringList(u"solvane.conf"_s));
+        EXPECT_EQ(names(), u"solvane.conf"_s);
         const RealUserDefaults reader(m_path, &m_log);
         EXPECT_EQ(m_log.text, u"The settings in %1 could not be read: it is no file"_s.arg(m_path));
         ASSERT_EQ(std::remove(path.constData()), 0);
     }
 
     {
-        const FileDescriptor folder(::open(QFile::encodeName(QFileInfo(m_path).path()).constData(),
-                                           O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        const FileDescriptor folder(::open(m_parent.constData(), O_RDONLY | O_DIRECTORY));
         ASSERT_EQ(::flock(folder.number(), LOCK_EX), 0);
         EXPECT_FALSE(defaults.synchronize());
         EXPECT_EQ(m_log.text, told + u"another process does not end writing"_s);
     }
     EXPECT_TRUE(defaults.synchronize());
     EXPECT_EQ(content(), "[General]\na=int:1\n");
-    EXPECT_EQ(names(), QStringList(u"solvane.conf"_s));
+    EXPECT_EQ(names(), u"solvane.conf"_s);
 }
 
 TEST_F(RealUserDefaultsTest, KeepsTheOldFileWhenTheDiskIsFull)
@@ -159,10 +158,9 @@ TEST_F(RealUserDefaultsTest, TellsWhyAFolderThatIsReadOnlyTakesNothing)
     makeFile(m_path, "[General]\na=int:1\n");
     RealUserDefaults defaults(m_path, &m_log);
     defaults.setValue(u"a"_s, 2);
-    const QByteArray folder = QFile::encodeName(QFileInfo(m_path).path());
-    ASSERT_EQ(::chmod(folder.constData(), 0500), 0);
+    ASSERT_EQ(::chmod(m_parent.constData(), 0500), 0);
     EXPECT_FALSE(defaults.synchronize());
-    ASSERT_EQ(::chmod(folder.constData(), 0700), 0);
+    ASSERT_EQ(::chmod(m_parent.constData(), 0700), 0);
     EXPECT_TRUE(m_log.text.endsWith(u"Permission denied"_s)) << m_log.text.toStdString();
     EXPECT_EQ(content(), "[General]\na=int:1\n");
 }
@@ -171,7 +169,7 @@ TEST_F(RealUserDefaultsTest, LeavesALinkAndItsPermissionsAlone)
 {
     const QString real = makeFile(m_folder.filePath(u"elsewhere/real"_s), "[General]\na=int:1\n");
     ASSERT_TRUE(QFile::setPermissions(real, QFile::ReadOwner | QFile::WriteOwner));
-    ASSERT_TRUE(QDir().mkpath(QFileInfo(m_path).path()));
+    ASSERT_TRUE(QDir(m_folder.path()).mkdir(u"Solvane"_s));
     ASSERT_TRUE(QFile::link(real, m_path));
     RealUserDefaults defaults(m_path);
     defaults.setValue(u"b"_s, 2);
@@ -188,29 +186,20 @@ TEST_F(RealUserDefaultsTest, WaitsForNoLockFileThatAnotherProcessHasLeft)
 {
     const QByteArray host = QSysInfo::machineHostName().toUtf8();
     const QByteArray self = QByteArray::number(::getpid()) + "\ntest_foundation\n";
-    const struct
-    {
-        const char *name;
-        QByteArray content;
-    } cases[] = {
-        {"empty", ""},
-        {"cut off", "12"},
-        {"of a process that is gone", "4194304\nsolvane\n" + host + '\n'},
-        {"of a process that runs", self + host + '\n'},
-        {"of another machine", "1\nsolvane\nelsewhere\n\n\n"},
-    };
+    const QByteArray none = "", cutOff = "12", ofTheGone = "4194304\nsolvane\n" + host + '\n',
+                     running = self + host + '\n', elsewhere = "1\nsolvane\nelsewhere\n\n\n";
     RealUserDefaults defaults(m_path);
     int count = 0;
-    for (const auto &each : cases) {
-        SCOPED_TRACE(each.name);
-        makeFile(m_path + u".lock"_s, each.content);
-        makeFile(m_path + u".new-abcdef.lock"_s, each.content);
+    for (const QByteArray &lock : {none, cutOff, ofTheGone, running, elsewhere}) {
+        SCOPED_TRACE(lock.toStdString());
+        makeFile(m_path + u".lock"_s, lock);
+        makeFile(m_path + u".new-abcdef.lock"_s, lock);
         defaults.setValue(u"count"_s, ++count);
         EXPECT_TRUE(defaults.synchronize());
         // Whoever waits for such a file does so until it is old enough, and takes it away.
-        EXPECT_EQ(fileContent(m_path + u".lock"_s), each.content);
+        EXPECT_EQ(fileContent(m_path + u".lock"_s), lock);
         EXPECT_EQ(content(), "[General]\ncount=int:" + QByteArray::number(count) + '\n');
-        EXPECT_EQ(names(), QStringList({u"solvane.conf"_s, u"solvane.conf.lock"_s}));
+        EXPECT_EQ(names(), u"solvane.conf solvane.conf.lock"_s);
     }
     QFile::remove(m_path + u".lock"_s);
     // For this one, for ever.
@@ -232,7 +221,7 @@ TEST_F(RealUserDefaultsTest, KeepsWhatSeveralProcessesWriteAtATime)
         EXPECT_EQ(defaults.value(key), QVariant(changes)) << key.toStdString();
         EXPECT_TRUE(defaults.value(key + u"done"_s).toBool()) << key.toStdString();
     }
-    EXPECT_EQ(names(), QStringList(u"solvane.conf"_s));
+    EXPECT_EQ(names(), u"solvane.conf"_s);
 }
 
 TEST_F(RealUserDefaultsTest, KeepsWhatItDoesNotUnderstand)
@@ -270,10 +259,10 @@ TEST_F(RealUserDefaultsTest, IsReadFromAnyThreadWhileItChanges)
     EXPECT_EQ(wrong, 0);
 
     // A change from another thread is made here.
-    done = false;
-    std::thread writer([&] { defaults.setValue(u"other"_s, 1), done = defaults.synchronize(); });
-    EXPECT_SOON(done.load());
-    writer.join();
+    onThread([&] {
+        defaults.setValue(u"other"_s, 1);
+        EXPECT_TRUE(defaults.synchronize());
+    });
     EXPECT_EQ(defaults.value(u"other"_s), QVariant(1));
 }
 
@@ -313,5 +302,5 @@ TEST_F(RealUserDefaultsTest, LosesNothingWhenItsProcessIsKilledWhileWriting)
     RealUserDefaults last(m_path);
     last.setValue(u"count"_s, 0);
     EXPECT_TRUE(last.synchronize());
-    EXPECT_EQ(names(), QStringList(u"solvane.conf"_s));
+    EXPECT_EQ(names(), u"solvane.conf"_s);
 }

@@ -52,10 +52,9 @@ TEST_F(FileIconsTest, ShowWhatAnItemIs)
     write(u"X.app/Contents/Info.plist"_s, "{ CFBundleIconFile = Icon; }");
     ASSERT_TRUE(QImage(20, 20, QImage::Format_RGB32).save(services.home.filePath(u"i.icns"_s)));
     QFile::copy(icon, services.home.filePath(u"drawing.txt"_s));
-    QImage family(128, 128, QImage::Format_ARGB32);
-    family.fill(QColor(u"#777777"_s));
     QDir().mkpath(services.home.filePath(u"X.app/Contents/Resources"_s));
-    ASSERT_TRUE(family.save(services.home.filePath(u"X.app/Contents/Resources/Icon.icns"_s)));
+    ASSERT_TRUE(filled(128, 128, u"#777777"_s)
+                    .save(services.home.filePath(u"X.app/Contents/Resources/Icon.icns"_s)));
     write(u"Bad.app/Contents/Info.plist"_s, "{ CFBundleIconFile = \"../Icon\"; }");
     write(u"named.desktop"_s, "[Desktop Entry]\nIcon=named.png\n");
     write(u"file.desktop"_s, "[Desktop Entry]\nIcon=" + icon.toUtf8() + '\n');
@@ -66,10 +65,7 @@ TEST_F(FileIconsTest, ShowWhatAnItemIs)
     EXPECT_EQ(middle(FileIcons::ofFile(latin + u".mp4"_s, 16)), u"#444444"_s);
     EXPECT_EQ(middle(FileIcons::ofFile(latin, 16)), u"#222222"_s);
     removeTree(latin + u".mp4"_s), removeTree(latin);
-    write(u"script"_s,
-          QByteArray("\x7f"
-                     "ELF\2\1\1\0\0\0\0\0\0\0\0\0\2\0\76\0",
-                     20));
+    write(u"script"_s, QByteArray("\177ELF\2\1\1\0\0\0\0\0\0\0\0\0\2\0\76\0", 20));
     makePipe(services.home.filePath(u"pipe"_s));
     const std::tuple<const char *, const char *> cases[] = {
         {"X.app", "#777777"},   {"X.app/", "#777777"},        {"Bad.app", "#333333"},
@@ -97,22 +93,14 @@ TEST_F(FileIconsTest, ShowWhatAnItemIs)
     EXPECT_EQ(middle(FileIcons::ofFile(u"/"_s, INT_MAX), 1024), u"#222222"_s);
 
     QString elsewhere;
-    std::atomic<bool> done = false;
-    std::thread other([&] {
-        elsewhere = middle(FileIcons::ofFile(u"a.mp4"_s, 16));
-        done = true;
-    });
-    EXPECT_SOON(done.load());
-    other.join();
+    onThread([&] { elsewhere = middle(FileIcons::ofFile(u"a.mp4"_s, 16)); });
     EXPECT_EQ(elsewhere, u"#444444"_s);
 }
 
 TEST_F(FileIconsTest, AreReadFromSaneFilesOnly)
 {
-    QImage wide(40, 10, QImage::Format_RGB32);
-    wide.fill(Qt::red);
     const QString path = services.home.filePath(u"wide.png"_s);
-    ASSERT_TRUE(wide.save(path));
+    ASSERT_TRUE(filled(40, 10, Qt::red).save(path));
     const QImage icon = IconImage::read(path, 16);
     EXPECT_EQ(middle(icon), u"#ff0000"_s);
     EXPECT_EQ(icon.pixelColor(16, 2).alpha(), 0) << "undistorted";

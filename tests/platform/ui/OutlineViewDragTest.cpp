@@ -70,14 +70,10 @@ TEST_F(OutlineViewDragTest, DragsTheSelectedRowsTogether)
     view.setAllowsMultipleSelection(true);
     view.selectRowIndexes({1, 4}, false);
     tree.log.clear();
-    const QPoint from = middleOfRow(view, 4);
-    QTest::mousePress(view.viewport(), Qt::LeftButton, {}, from);
+    QTest::mousePress(view.viewport(), Qt::LeftButton, {}, middleOfRow(view, 4));
     EXPECT_EQ(view.numberOfSelectedRows(), 2); // until the release, which now does not come
     QTimer::singleShot(0, &view, [] { QDrag::cancel(); });
-    const QPoint to = middleOfRow(view, 2);
-    QMouseEvent move(QEvent::MouseMove, to, view.viewport()->mapToGlobal(to), Qt::NoButton,
-                     Qt::LeftButton, {});
-    QCoreApplication::sendEvent(view.viewport(), &move);
+    dragTo(view, 2);
     EXPECT_EQ(tree.takeLog(), (QStringList{u"write a c"_s, u"begin 2"_s, u"ended 0"_s}));
     EXPECT_EQ(rowsOf(view), u"A [a] b B [c]");
 }

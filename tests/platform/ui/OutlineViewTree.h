@@ -2,6 +2,15 @@
 
 #include "tests/support/OutlineRows.h"
 
+/// With the left button pressed.
+inline void dragTo(OutlineView &view, int row)
+{
+    const QPoint to = middleOfRow(view, row);
+    QMouseEvent move(QEvent::MouseMove, to, view.viewport()->mapToGlobal(to), Qt::NoButton,
+                     Qt::LeftButton, {});
+    QCoreApplication::sendEvent(view.viewport(), &move);
+}
+
 /// An item of a tree, named by its object name, with its children as QObject children.
 inline QObject *makeItem(const QString &name, QObject *parent)
 {

@@ -10,27 +10,24 @@ TEST(ProgressIndicator, TurnsOnlyWhileItIsSeen)
     spinner->setStyle(&style);
     window.show();
     EXPECT_FALSE(spinner->isTurning());
-    spinner->startAnimation();
-    EXPECT_TRUE(spinner->isTurning());
-    spinner->hide();
-    EXPECT_FALSE(spinner->isTurning());
-    spinner->show();
-    EXPECT_TRUE(spinner->isTurning());
-    window.setWindowState(Qt::WindowMinimized);
-    QCoreApplication::processEvents();
-    EXPECT_FALSE(spinner->isTurning());
-    window.setWindowState(Qt::WindowNoState);
-    QCoreApplication::processEvents();
-    EXPECT_TRUE(spinner->isTurning());
-    window.hide();
-    EXPECT_FALSE(spinner->isTurning());
-    window.show();
-    spinner->stopAnimation();
-    EXPECT_FALSE(spinner->isTurning());
-    style.duration = 0;
-    spinner->startAnimation();
+    const std::pair<std::function<void()>, bool> steps[] = {
+        {[&] { spinner->startAnimation(); }, true},
+        {[&] { spinner->hide(); }, false},
+        {[&] { spinner->show(); }, true},
+        {[&] { window.setWindowState(Qt::WindowMinimized); }, false},
+        {[&] { window.setWindowState(Qt::WindowNoState); }, true},
+        {[&] { window.hide(); }, false},
+        {[&] { window.show(), spinner->stopAnimation(); }, false},
+        {[&] { style.duration = 0, spinner->startAnimation(); }, false},
+    };
+    int step = 0;
+    for (const auto &[act, turns] : steps) {
+        SCOPED_TRACE(++step);
+        act();
+        QCoreApplication::processEvents();
+        EXPECT_EQ(spinner->isTurning(), turns);
+    }
     EXPECT_TRUE(spinner->isAnimating());
-    EXPECT_FALSE(spinner->isTurning());
 }
 
 TEST(ProgressIndicator, DrawsSmallAndInTheMiddle)

@@ -3,17 +3,14 @@
 #include "host/HostFixture.h"
 #include "platform/ui/WebView.h"
 
-#include <optional>
-
 /// A host that has the real engine, and a web view in which pages are asked.
 struct EngineHost : Host
 {
     void addEngine() const
     {
-        QDir().mkpath(services.root.filePath(QStringLiteral("Solvane.app/Contents/PlugIns")));
-        QFile::link(
-            QStringLiteral(ENGINE_MODULE),
-            services.root.filePath(QStringLiteral("Solvane.app/Contents/PlugIns/WebEngine.so")));
+        const QString folder = services.root.filePath(u"Solvane.app/Contents/PlugIns"_s);
+        QDir().mkpath(folder);
+        QFile::link(QStringLiteral(ENGINE_MODULE), folder + u"/WebEngine.so"_s);
     }
 
     /// Nothing when the page goes away while it is asked.
