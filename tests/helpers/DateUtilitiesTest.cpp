@@ -90,10 +90,9 @@ TEST(DateUtilities, OffsetsAreCalendarDifferences)
     };
     TimeZoneScope zone("Europe/Berlin");
     TestServices test;
-    for (const auto &[from, to, difference] : cases) {
+    for (const auto &[from, to, difference] : cases)
         EXPECT_EQ(written(componentsWithOffsetFromDate(at(to), at(from))), difference)
             << from.toStdString();
-    }
 }
 
 TEST(DateUtilities, DaysWeeksAndYearsAroundNow)

@@ -43,7 +43,9 @@ class WatchedFiles : public RealFileSystem
 {
 public:
     QStringList steps;
-    QString failing; ///< the step that fails, or at its n-th time: "write 2"
+    QString failing;     ///< the step that fails, or at its n-th time: "write 2"
+    bool isFast = false; ///< waits for no disk
+    QStringList takeSteps() { return std::exchange(steps, {}); }
 
     bool passes(const QString &step)
     {
@@ -57,10 +59,10 @@ public:
     std::unique_ptr<FileWriter> createForWriting(const QString &path,
                                                  QByteArrayView content) override
     {
-        if (!passes(u"create %1"_s.arg(content.size())))
-            return nullptr;
-        return std::make_unique<Writer>(*this, path,
-                                        RealFileSystem::createForWriting(path, content));
+        auto real = passes(u"create %1"_s.arg(content.size()))
+            ? RealFileSystem::createForWriting(path, content)
+            : nullptr;
+        return real ? std::make_unique<Writer>(*this, path, std::move(real)) : nullptr;
     }
 
 private:
@@ -79,6 +81,8 @@ private:
         }
         bool synchronize() override
         {
+            if (files.isFast)
+                return true;
             const auto size = files.attributes(path)->size.value_or(-1);
             return files.passes(u"flush %1 of %2"_s.arg(size).arg(fill)) && real->synchronize();
         }
@@ -95,12 +99,14 @@ private:
 
 struct Files : testing::Test
 {
+    Files() { systemServices().fileSystem = &files; }
     QString add(const QString &name, qint64 size)
     {
         return TestServices::write(services.home.filePath(name), QByteArray(size, 'x'));
     }
 
     TestServices services;
+    WatchedFiles files;
     sharedHelpers helpers;
 };
 
@@ -136,8 +142,6 @@ TEST_F(Files, ReachTheListFirstThenTheDelegate)
 
 TEST_F(Files, AreShreddedBlockByBlock)
 {
-    WatchedFiles files;
-    systemServices().fileSystem = &files;
     const auto flushes = [](int blocks, int fill) {
         QStringList steps;
         for (int block = 1; block <= blocks; ++block)
@@ -148,27 +152,24 @@ TEST_F(Files, AreShreddedBlockByBlock)
     for (const auto &[size, blocks] :
          {std::pair{0, 1}, {16383, 1}, {16384, 2}, {32767, 2}, {40000, 3}}) {
         const QString path = add(u"f"_s, size);
-        files.steps.clear();
         EXPECT_TRUE(helpers.secureRemoveFileAtPath(path));
-        EXPECT_EQ(files.steps, begin + flushes(blocks, 0) + QStringList({u"close"_s, u"remove"_s}))
+        EXPECT_EQ(files.takeSteps(),
+                  begin + flushes(blocks, 0) + QStringList({u"close"_s, u"remove"_s}))
             << size;
         EXPECT_FALSE(QFile::exists(path));
     }
     for (const char *failing :
          {"remove 1", "create 16384", "write 2", "flush 32768 of 0", "close"}) {
         const QString path = add(u"f"_s, 20000);
-        files.steps.clear();
         files.failing = QString::fromLatin1(failing);
         EXPECT_FALSE(helpers.shredFile(path, false)) << failing;
-        EXPECT_EQ(files.steps.last(), u"remove"_s) << failing;
+        EXPECT_EQ(files.takeSteps().last(), u"remove"_s) << failing;
         EXPECT_FALSE(QFile::exists(path)) << failing;
     }
     files.failing = u"create 16384 3"_s;
-    files.steps.clear();
     EXPECT_FALSE(helpers.shredFile(add(u"f"_s, 1), true));
-    EXPECT_EQ(files.steps.count(u"close"_s), 2);
+    EXPECT_EQ(files.takeSteps().count(u"close"_s), 2);
     files.failing.clear();
-    files.steps.clear();
     const std::time_t begun = std::time(nullptr);
     EXPECT_TRUE(helpers.shredFile(add(u"f"_s, 1), true));
     const auto sevenPasses = [&](std::time_t seed) {
@@ -178,13 +179,13 @@ TEST_F(Files, AreShreddedBlockByBlock)
             steps += begin + flushes(pass, std::rand() & 255) + QStringList(u"close"_s);
         return steps << u"remove"_s;
     };
-    EXPECT_TRUE(files.steps == sevenPasses(begun) || files.steps == sevenPasses(begun + 1))
-        << qPrintable(files.steps.join(u'|'));
+    const QStringList steps = files.takeSteps();
+    EXPECT_TRUE(steps == sevenPasses(begun) || steps == sevenPasses(begun + 1))
+        << qPrintable(steps.join(u'|'));
     // A pass alone leaves the new file, full of the value's low byte.
-    QFile filled(add(u"f"_s, 40000));
-    EXPECT_TRUE(helpers._shredFile(filled.fileName(), 0x141));
-    ASSERT_TRUE(filled.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(filled.readAll() == QByteArray(49152, '\x41'));
+    const QString filled = add(u"f"_s, 40000);
+    EXPECT_TRUE(helpers._shredFile(filled, 0x141));
+    EXPECT_TRUE(fileContent(filled) == QByteArray(49152, '\x41'));
     for (const QString &none : {u"/missing/file"_s, u""_s, QString()}) {
         EXPECT_FALSE(helpers.secureRemoveFileAtPath(none) || helpers.removeFileAtPath(none)
                      || helpers.shredFile(none, true) || helpers._shredFile(none, 0));
@@ -214,27 +215,7 @@ TEST_F(Files, AreShreddedWithoutReachingThroughLinksOrIntoFolders)
 /// The file becomes a link, symbolic and hard by turns, between any two steps.
 TEST_F(Files, AreShreddedWithoutReachingThroughLinksThatAreSwappedIn)
 {
-    // Without the wait for the disk, which would leave the swaps to themselves.
-    struct : RealFileSystem
-    {
-        struct Writer : FileWriter
-        {
-            explicit Writer(std::unique_ptr<FileWriter> writer)
-                : real(std::move(writer))
-            { }
-            bool write(QByteArrayView bytes) override { return real->write(bytes); }
-            bool synchronize() override { return true; }
-            bool close() override { return real->close(); }
-            std::unique_ptr<FileWriter> real;
-        };
-        std::unique_ptr<FileWriter> createForWriting(const QString &path,
-                                                     QByteArrayView content) override
-        {
-            auto writer = RealFileSystem::createForWriting(path, content);
-            return writer ? std::make_unique<Writer>(std::move(writer)) : nullptr;
-        }
-    } files;
-    systemServices().fileSystem = &files;
+    files.isFast = true; // waiting for the disk would leave the swaps to themselves
     struct
     {
         const char *what;
@@ -263,6 +244,7 @@ TEST_F(Files, AreShreddedWithoutReachingThroughLinksThatAreSwappedIn)
             return !isThere ? LinkRace::NotDone : isMet ? LinkRace::Removed : LinkRace::TakenBack;
         };
         race.run(swap, [&] {
+            files.steps.clear();
             ::close(::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
             return (helpers.*row.remove)(tree.text("f"));
         });
@@ -271,22 +253,13 @@ TEST_F(Files, AreShreddedWithoutReachingThroughLinksThatAreSwappedIn)
 
 TEST_F(Files, AreRemovedQuicklyAsTheSettingSays)
 {
-    WatchedFiles files;
-    systemServices().fileSystem = &files;
     EXPECT_TRUE(helpers.removeFileAtPathQuickClean(add(u"f"_s, 1)));
-    EXPECT_EQ(files.steps, QStringList{u"remove"_s});
-    for (const auto &[stored, secure] : {std::pair<QVariant, bool>{u"NO"_s, false},
-                                         {u"no"_s, false},
-                                         {u""_s, false},
-                                         {u"0"_s, false},
-                                         {u" -00"_s, false},
-                                         {u"YES"_s, true},
-                                         {u"true"_s, true},
-                                         {u" +07"_s, true},
-                                         {0, false},
-                                         {0.5, true},
-                                         {true, true},
-                                         {QVariantList{true}, false}}) {
+    EXPECT_EQ(files.takeSteps(), QStringList{u"remove"_s});
+    const std::pair<QVariant, bool> settings[] = {
+        {u"NO"_s, false},   {u"no"_s, false}, {u""_s, false},    {u"0"_s, false},
+        {u" -00"_s, false}, {u"YES"_s, true}, {u"true"_s, true}, {u" +07"_s, true},
+        {0, false},         {0.5, true},      {true, true},      {QVariantList{true}, false}};
+    for (const auto &[stored, secure] : settings) {
         services.defaults[u"slvQuickClean.secure"_s] = stored;
         EXPECT_EQ(helpers.secureQuickCleanValue(), secure) << qPrintable(stored.toString());
     }
@@ -309,6 +282,7 @@ TEST_F(Files, LeaveTheExtendedLogToTheHost)
 
 TEST_F(Files, WaitBetweenTwoAndFifteenSeconds)
 {
+    const QString key = u"slvCritical.delay"_s;
     const std::pair<QVariant, int> stored[] = {{{}, 10},        {1, 10},
                                                {2, 2},          {15, 15},
                                                {16, 10},        {u"7"_s, 7},
@@ -318,13 +292,13 @@ TEST_F(Files, WaitBetweenTwoAndFifteenSeconds)
                                                {1e300, 10},     {std::nan(""), 10},
                                                {true, 10},      {QStringList{u"7"_s}, 10}};
     for (const auto &[value, seconds] : stored) {
-        services.defaults[u"slvCritical.delay"_s] = value;
+        services.defaults[key] = value;
         EXPECT_EQ(helpers.forcedDelayValue(), seconds) << qPrintable(value.toString());
     }
     for (const auto &[given, kept] : {std::pair(0, 2), std::pair(9, 9), std::pair(99, 15)}) {
         services.recorder.take();
         helpers.setForcedDelayValue(given);
-        EXPECT_EQ(services.defaults[u"slvCritical.delay"_s], QVariant(kept));
+        EXPECT_EQ(services.defaults[key], QVariant(kept));
         EXPECT_EQ(services.recorder.take(), QStringList{u"synchronize"_s});
     }
 }

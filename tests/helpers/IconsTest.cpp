@@ -1,4 +1,3 @@
-#include "helpers/mndStringList.h"
 #include "helpers/sharedHelpers.h"
 #include "platform/ui/TableView.h"
 #include "support/TestServices.h"
@@ -21,12 +20,9 @@ TEST(Icons, OfAnApplicationLieInItsBundle)
 TEST(Icons, StandOnTheRightOfATablesCell)
 {
     TestServices services;
-    services.icon = QImage(32, 32, QImage::Format_ARGB32);
-    services.icon.fill(Qt::blue);
+    services.icon = filled(32, 32, Qt::blue);
     const QString path = services.home.filePath(u"red.png"_s);
-    QImage red(8, 8, QImage::Format_RGB32);
-    red.fill(Qt::red);
-    ASSERT_TRUE(red.save(path));
+    ASSERT_TRUE(filled(8, 8, Qt::red).save(path));
     sharedHelpers helpers;
     for (const auto &[cell, color, noted] :
          {std::tuple{helpers.tableViewIconForFile(path, 16), u"#ff0000"_s, QString()},
@@ -44,22 +40,4 @@ TEST(Icons, StandOnTheRightOfATablesCell)
     const AttributedString none = helpers.tableViewIconForFile(u"/no/image"_s, 16);
     EXPECT_TRUE(none.attachment.isNull());
     EXPECT_EQ(none.alignment, Qt::AlignRight);
-}
-
-TEST(StringListInATable, ShowsItsEntries)
-{
-    auto list = std::make_unique<mndStringList>();
-    list->addString(u"/a"_s);
-    list->addString(u"/b"_s);
-    TableView table;
-    table.setDataSource(list.get());
-    EXPECT_EQ(table.model()->rowCount(), 2);
-    EXPECT_EQ(table.model()->columnCount(), 1);
-    EXPECT_EQ(table.model()->index(1, 0).data(), u"/b"_s);
-    list->removeStringAtIndex(0);
-    EXPECT_FALSE(table.model()->index(1, 0).data().isValid());
-    table.reloadData();
-    EXPECT_EQ(table.model()->index(0, 0).data(), u"/b"_s);
-    list.reset();
-    EXPECT_EQ(table.model()->rowCount(), 0);
 }

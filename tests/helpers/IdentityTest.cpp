@@ -61,9 +61,8 @@ TEST(Identity, SerialNumberOfTheMachineIsWhatEveryUserMayRead)
     QTemporaryDir folder;
     const QString root = folder.path() + u'/';
     const auto write = [&](const QString &path, const QByteArray &content, bool forAll = true) {
-        QFile file(makeFile(root + path, content));
-        const auto others = forAll ? QFile::ReadOther : QFile::Permission();
-        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | others);
+        makeFile(root + path, content);
+        ::chmod(QFile::encodeName(root + path).constData(), forAll ? 0604 : 0600);
     };
     const RealDeviceTree tree(root);
     const QByteArray id("0123456789abcdef0123456789abcdef");

@@ -37,9 +37,8 @@ TEST_F(AppBundle, AnswersFromEveryFormOfManifest)
                             "CFBundleIdentifier = a.b; CFBundleShortVersionString = \"1.2\"; }";
     const QByteArray xml =
         "<plist version=\"1.0\"><dict><key>CFBundleIconFile</key><string>AppIcon</string>"
-        "<key>SKAppName</key><string>The Name</string>"
-        "<key>CFBundleExecutable</key><string>run</string>"
-        "<key>CFBundleGetInfoString</key><string>\xc3\xa4</string>"
+        "<key>SKAppName</key><string>The Name</string><key>CFBundleExecutable</key>"
+        "<string>run</string><key>CFBundleGetInfoString</key><string>\xc3\xa4</string>"
         "<key>CFBundleIdentifier</key><string>a.b</string>"
         "<key>CFBundleShortVersionString</key><string>1.2</string></dict></plist>";
     for (const QByteArray &manifest : {text, xml, asBinary(xml)}) {
@@ -82,10 +81,9 @@ TEST_F(AppBundle, FallsBackWhereAValueIsMissing)
     EXPECT_EQ(answers(u"/missing/Y.app"_s), u"/missing/Y.app/Contents/Info.plist||||||"_s);
     EXPECT_EQ(answers(QString()), u"||||||"_s);
     write("{}");
-    for (const char *way : {"/", "/."}) {
+    for (const char *way : {"/", "/."})
         EXPECT_TRUE(app.getExecutablePath(path + QString::fromLatin1(way)).endsWith(u"/The X"_s))
             << way;
-    }
 }
 
 TEST_F(AppBundle, FindsTheApplicationAProgramLiesIn)
@@ -103,9 +101,8 @@ TEST_F(AppBundle, FindsTheApplicationAProgramLiesIn)
         {"/", ""},
         {"", ""},
     };
-    for (const auto &[executable, application] : cases) {
+    for (const auto &[executable, application] : cases)
         EXPECT_EQ(app.getAppPathFromExecutablePath(QString::fromLatin1(executable)).toStdString(),
                   application)
             << executable;
-    }
 }

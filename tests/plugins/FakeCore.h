@@ -5,27 +5,21 @@
 #include <QMap>
 
 /// A machine with four processors.
-class FakeHardware : public QObject, public hardwareInfoProtocol
+struct FakeHardware : QObject, hardwareInfoProtocol
 {
     Q_OBJECT
     Q_INTERFACES(hardwareInfoProtocol)
-
 public:
-    explicit FakeHardware(const QString &version)
-        : m_osVersion(version)
-    { }
-
-    QString modelName() override { return QStringLiteral("Maker Model"); }
-    QString osVersion() override { return m_osVersion; }
-    QString osLanguage() override { return QStringLiteral("en"); }
+    QString modelName() override { return u"Maker Model"_s; }
+    QString osVersion() override { return version; }
+    QString osLanguage() override { return u"en"_s; }
     int cpuCount() override { return 4; }
     int cpuSpeed() override { return 0; }
     int ramSize() override { return 0; }
     quint64 hdSize(const QString &) override { return 0; }
     quint64 hdFree(const QString &) override { return 0; }
 
-private:
-    QString m_osVersion;
+    QString version;
 };
 
 /// A host that answers what plugins ask and remembers what they did. Texts come out marked, so that
@@ -46,7 +40,7 @@ public:
 
     double mndVersion() override { return 6.0; }
     quint64 mndEdition() override { return 2; }
-    QString slvBundleVersionString() override { return QStringLiteral("v612"); }
+    QString slvBundleVersionString() override { return u"v612"_s; }
     void uiSendFeedback() override { ++feedbacks; }
     void pluginSetBadge(const QString &id, quint64 value) override { badges[id] = value; }
     QString stringByExpandingTildeInPath(const QString &path) override
@@ -58,13 +52,13 @@ public:
         texts[key] = fallback;
         return u'[' + fallback + u']';
     }
-    QString localizeLink(const QString &link) override { return link + QStringLiteral("?de"); }
+    QString localizeLink(const QString &link) override { return link + u"?de"_s; }
 
     std::unique_ptr<QObject> newFactoryInstance(const QString &className) override
     {
-        if (className != QStringLiteral("hardwareInfo"))
-            return nullptr;
-        return std::make_unique<FakeHardware>(osVersion);
+        auto hardware = std::make_unique<FakeHardware>();
+        hardware->version = osVersion;
+        return className == u"hardwareInfo"_s ? std::move(hardware) : nullptr;
     }
     void sharedObjectRegister(const QString &, QObject *) override { }
     QObject *sharedObject(const QString &name) override

@@ -3,8 +3,6 @@
 #include "plugins/status/HistoryChart.h"
 #include "plugins/status/VolumeList.h"
 
-#include <QSignalSpy>
-
 namespace {
 
 QStringList accessibleNames(const QWidget &view)
@@ -18,10 +16,8 @@ QStringList accessibleNames(const QWidget &view)
 
 int runningTimers(const QObject &object)
 {
-    int running = 0;
-    for (const QTimer *timer : object.findChildren<QTimer *>())
-        running += timer->isActive();
-    return running;
+    const auto timers = object.findChildren<QTimer *>();
+    return int(std::count_if(timers.begin(), timers.end(), [](auto *t) { return t->isActive(); }));
 }
 
 } // namespace
