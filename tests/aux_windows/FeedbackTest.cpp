@@ -8,11 +8,10 @@
 
 namespace {
 
-class FixedMachine : public QObject, public hardwareInfoProtocol
+struct FixedMachine : QObject, hardwareInfoProtocol
 {
     Q_OBJECT
     Q_INTERFACES(hardwareInfoProtocol)
-
 public:
     QString modelName() override { return u" Mac Book  Pro"_s; }
     QString osVersion() override { return u"10.15 (19A)"_s; }
@@ -25,9 +24,8 @@ public:
 };
 
 /// The host on a machine that never changes.
-class FixedHost : public mndAppDelegate
+struct FixedHost : mndAppDelegate
 {
-public:
     std::unique_ptr<QObject> newFactoryInstance(const QString &className) override
     {
         return className == u"hardwareInfo"_s ? std::make_unique<FixedMachine>() : nullptr;
@@ -54,8 +52,7 @@ TEST_F(Feedback, OpensAnAddressThatTellsElevenThings)
     const QString expected =
         u"open url https://feedback.solvane.example/inapp-feedback-v5"
         "?appid=anon-672A3ABBDA6AC899601EBB5E721F2597191B5A99&lang=LANG&appver=v512&apped=EDITION&"
-        "mode=PRO"
-        "&cpu=8@2300&ram=16384&hdd=500.0GB:120.0GB&model=MacBookPro&os=10.15%20(19A)"
+        "mode=PRO&cpu=8@2300&ram=16384&hdd=500.0GB:120.0GB&model=MacBookPro&os=10.15%20(19A)"
         "&runpath=file://ROOT/Solvane.app/"_s;
     for (const auto &[languages, language] : {std::pair{QStringList{u"en"_s}, u"en"_s},
                                               {{u"pt-BR"_s, u"de"_s}, u"pt-BR"_s},
@@ -75,10 +72,8 @@ TEST_F(Feedback, OpensAnAddressThatTellsElevenThings)
     EXPECT_EQ(outside().size(), 1) << "as often as it is asked for";
     services.workspaceOpens = false;
     item("miFeedback")->trigger();
-    EXPECT_EQ(
-        outside().value(1),
-        u"alert Solvane|No web browser could be opened. You can visit this page with a browser "
-        "of your choice:\n\nhttps://feedback.solvane.example/inapp-feedback-v5|OK|"_s);
+    EXPECT_TRUE(outside().value(1).endsWith(
+        u":\n\nhttps://feedback.solvane.example/inapp-feedback-v5|OK|"_s));
 }
 
 TEST(FeedbackAddress, TakesTheFactsAsTheyAre)
@@ -91,10 +86,9 @@ TEST(FeedbackAddress, TakesTheFactsAsTheyAre)
         {{.appid = u"%path%"_s, .model = u"%appid%%os%"_s, .os = u"o"_s, .path = u"p"_s},
          u"?appid=p&lang=&appver=&apped=&mode=PRO&cpu=&ram=&hdd=&model=%appid%o&os=o&runpath=p"_s},
     };
-    for (const auto &[facts, query] : cases) {
+    for (const auto &[facts, query] : cases)
         EXPECT_EQ(feedbackAddress(facts),
                   u"https://feedback.solvane.example/inapp-feedback-v5"_s + query);
-    }
 }
 
 TEST_F(Feedback, OpensNothingThatIsNoAddress)
@@ -146,6 +140,15 @@ TEST_F(Feedback, LetsItsPageDoLittle)
     }
     feedback.webViewAddMessageToConsole(view, {{u"message"_s, u"x"_s}});
     EXPECT_EQ(services.recorder.take().filter(u"syslog"_s), QStringList());
+    QStringList offered;
+    for (const char *name : {"open:", "hideWindow", "showHelp", "open", "open:and:", "hide", "exit",
+                             "navigateTo:", "refresh", "show", "deleteLater", "", "OPEN:"}) {
+        const Selector selector(QString::fromLatin1(name));
+        if (!feedback.isSelectorExcludedFromWebScript(selector))
+            offered << feedback.webScriptNameForSelector(selector);
+    }
+    EXPECT_EQ(offered, (QStringList{u"open"_s, u"hideWindow"_s, u"showHelp"_s}));
+    EXPECT_TRUE(feedback.isKeyExcludedFromWebScript(u"objectName"_s));
 }
 
 TEST_F(Feedback, RunsItsSheetUntilItIsHidden)
@@ -156,13 +159,13 @@ TEST_F(Feedback, RunsItsSheetUntilItIsHidden)
     window->show();
     slvFeedback feedback;
     const auto close = [&] { return window->findChild<mndTextField *>(u"lblClose"_s); };
+    const auto pressEscape = [&] {
+        close()->setFocus();
+        QTest::keyClick(close(), Qt::Key_Escape);
+    };
     const std::pair<const char *, std::function<void()>> ways[] = {
         {"onCloseClicked", [&] { QTest::mouseClick(close(), Qt::LeftButton); }},
-        {"onCloseClicked",
-         [&] {
-             close()->setFocus();
-             QTest::keyClick(close(), Qt::Key_Escape);
-         }},
+        {"onCloseClicked", pressEscape},
         {"hideWindow", [&] { feedback.hideWindow(); }},
         {"showHelp", [&] { feedback.showHelp(); }},
     };
@@ -179,13 +182,11 @@ TEST_F(Feedback, RunsItsSheetUntilItIsHidden)
         EXPECT_TRUE(wasShown) << way;
         EXPECT_EQ(close(), nullptr) << way;
         EXPECT_EQ(outside().size(), 1) << "the browser has the page";
-        const QStringList lines = logLines();
-        const auto hasLine = [&](const QString &place) {
-            return !lines.filter(QRegularExpression(u" slvFeedback::%1:\\d+$"_s.arg(place)))
-                        .isEmpty();
-        };
-        for (const QString &place : {u"show"_s, u"refresh"_s, u"hide"_s, QString::fromLatin1(way)})
-            EXPECT_TRUE(hasLine(place)) << qPrintable(place);
+        for (const QString &place :
+             {u"show"_s, u"refresh"_s, u"hide"_s, QString::fromLatin1(way)}) {
+            const QRegularExpression line(u" slvFeedback::%1:\\d+$"_s.arg(place));
+            EXPECT_FALSE(logLines().filter(line).isEmpty()) << qPrintable(place);
+        }
     }
 }
 
@@ -209,21 +210,6 @@ TEST_F(Feedback, SpinsWhileItsPageLoadsAndClosesWhenTheProgramEnds)
     feedback.exit();
     EXPECT_FALSE(feedback.window()->isVisible());
     EXPECT_EQ(outside(), QStringList{u"exit 0"_s});
-}
-
-TEST_F(Feedback, OffersThreeSelectorsToScripts)
-{
-    start();
-    slvFeedback feedback;
-    QStringList offered;
-    for (const char *name : {"open:", "hideWindow", "showHelp", "open", "open:and:", "hide", "exit",
-                             "navigateTo:", "refresh", "show", "deleteLater", "", "OPEN:"}) {
-        const Selector selector(QString::fromLatin1(name));
-        if (!feedback.isSelectorExcludedFromWebScript(selector))
-            offered << feedback.webScriptNameForSelector(selector);
-    }
-    EXPECT_EQ(offered, (QStringList{u"open"_s, u"hideWindow"_s, u"showHelp"_s}));
-    EXPECT_TRUE(feedback.isKeyExcludedFromWebScript(u"objectName"_s));
 }
 
 #include "FeedbackTest.moc"

@@ -3,24 +3,18 @@
 
 namespace {
 
-class Target : public QObject
+struct Target : QObject
 {
     Q_OBJECT
-
 public:
     Q_INVOKABLE void count() { ++clicks; }
     Q_INVOKABLE void raise() { throw std::runtime_error("no"); }
-
     int clicks = 0;
 };
 
 struct TextField : testing::Test
 {
-    TextField()
-    {
-        window.show();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
-    }
+    TextField() { EXPECT_TRUE(activate(window)); }
     QAccessibleInterface *spoken() { return QAccessible::queryAccessibleInterface(&label); }
 
     TestServices services;

@@ -15,12 +15,12 @@ struct Host : testing::Test
     Host()
     {
         addInterfaceFiles();
-        services.addResource(QStringLiteral("en.strings"), "SZ_NOTHING = nothing;");
+        services.addResource(u"en.strings"_s, "SZ_NOTHING = nothing;");
         services.onPluginsSought = [this] {
-            delegate->sharedObjectRegister(QStringLiteral("test.recorder"), &services.recorder);
+            delegate->sharedObjectRegister(u"test.recorder"_s, &services.recorder);
         };
         setApplicationDelegate(delegate.get());
-        window = InterfaceFile::load(QStringLiteral("MainMenu"), delegate.get());
+        window = InterfaceFile::load(u"MainMenu"_s, delegate.get());
     }
 
     ~Host() override { delegate.reset(); }

@@ -13,11 +13,10 @@ struct WithTouchBar : Host
 {
     void SetUp() override
     {
-        for (const char *name : {"logo_main_tb.svg", "PLUGIN_STATUS_TB.svg"}) {
+        for (const char *name : {"logo_main_tb.svg", "PLUGIN_STATUS_TB.svg"})
             services.addResource(QString::fromLatin1(name),
                                  "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 9 9'>"
                                  "<path d='M0 0h9v4H0z'/></svg>");
-        }
         start({"FirstOne", "Good", "Hidden", "StatusFixture"});
         become(u"plugin.fixture.FirstOne"_s, u"plugin.cleaners"_s);
         become(u"plugin.fixture.Good"_s, u"plugin.memboost"_s);
@@ -31,8 +30,7 @@ struct WithTouchBar : Host
     {
         Dictionary info = mndPlugins::info(delegate->plugins()->pluginWithID(id));
         info.setValue(u"id"_s, other);
-        QImage icon(48, 48, QImage::Format_ARGB32);
-        icon.fill(Qt::red);
+        QImage icon = filled(48, 48, Qt::red);
         icon.setDevicePixelRatio(3);
         info.setValue(u"icon"_s, icon);
     }
@@ -62,23 +60,19 @@ struct WithTouchBar : Host
 
 TEST_F(WithTouchBar, TapsLeadToPluginsByTheirPlaceInTheWholeList)
 {
-    EXPECT_EQ(
-        items(),
-        (QStringList{u"com.solvane.system.touchbar.icon"_s,
-                     u"com.solvane.system.touchbar.segmented"_s, TouchBar::otherItemsProxy()}));
+    EXPECT_EQ(items().join(u' '),
+              u"com.solvane.system.touchbar.icon com.solvane.system.touchbar.segmented "_s
+                  + TouchBar::otherItemsProxy());
     ASSERT_EQ(strip()->itemViews().size(), 2);
     ASSERT_EQ(control(1)->segmentCount(), 4);
-    const std::tuple<int, const char *, const char *> cases[] = {
-        {1, "FirstOne", "plugin.fixture.FirstOne"},
-        {0, "Status", "plugin.status"},
-        // The network plugin is missing, so that this one's button leads there.
-        {2, "Good", "plugin.status"},
-        {3, "Hidden", "plugin.fixture.Good"}};
-    for (const auto &[segment, name, shown] : cases) {
-        EXPECT_EQ(control(1)->segment(segment)->accessibleName(), QLatin1String(name));
+    QStringList led; // the network plugin is missing, so that the third button leads to its place
+    for (const int segment : {1, 0, 2, 3}) {
         tap(1, segment);
-        EXPECT_EQ(shownView(), QLatin1String(shown)) << name;
+        led << control(1)->segment(segment)->accessibleName() + u':' + shownView();
     }
+    EXPECT_EQ(led.join(u' '),
+              u"FirstOne:plugin.fixture.FirstOne Status:plugin.status Good:plugin.status "
+              "Hidden:plugin.fixture.Good"_s);
     delegate->tbPressed(nullptr);
     EXPECT_EQ(shownView(), u"plugin.fixture.Good"_s);
 }
@@ -87,10 +81,10 @@ TEST_F(WithTouchBar, PluginButtonsReachTheirTargetALittleLater)
 {
     auto target = std::make_unique<Recorder>();
     request(target.get());
-    EXPECT_EQ(
-        items(),
-        (QStringList{u"com.solvane.system.touchbar.icon"_s, u"com.solvane.plugin.touchbar.system"_s,
-                     u"com.solvane.plugin.touchbar.segmented"_s, TouchBar::otherItemsProxy()}));
+    EXPECT_EQ(items().join(u' '),
+              u"com.solvane.system.touchbar.icon com.solvane.plugin.touchbar.system "
+              "com.solvane.plugin.touchbar.segmented "_s
+                  + TouchBar::otherItemsProxy());
     EXPECT_EQ(control(1)->segmentCount(), 1);
     EXPECT_EQ(control(2)->segmentStyle(), SegmentedControl::Separated);
     tap(2, 1);
@@ -164,17 +158,6 @@ TEST_F(WithTouchBar, ThreadsFindDoneWhatTheyAskedFor)
     }
 }
 
-TEST_F(WithTouchBar, ASheetHasABarOfItsOwn)
-{
-    Recorder target;
-    QWidget sheet;
-    request(&target, &sheet);
-    EXPECT_TRUE(showsSystemBar());
-    ASSERT_TRUE(TouchBar::installed(&sheet));
-    EXPECT_EQ(TouchBar::installed(&sheet)->defaultItemIdentifiers(),
-              HostTouchBar::pluginItems(true));
-}
-
 TEST_F(WithTouchBar, BuildsItemsOfHighPriority)
 {
     for (const QString &identifier :
@@ -187,6 +170,12 @@ TEST_F(WithTouchBar, BuildsItemsOfHighPriority)
         }
     }
     EXPECT_EQ(HostTouchBar::pluginItems(false).size(), 3);
+    QWidget sheet;
+    request(&services.recorder, &sheet);
+    EXPECT_TRUE(showsSystemBar()) << "a sheet has one of its own";
+    ASSERT_TRUE(TouchBar::installed(&sheet));
+    EXPECT_EQ(TouchBar::installed(&sheet)->defaultItemIdentifiers(),
+              HostTouchBar::pluginItems(true));
     EXPECT_EQ(delegate->getAllpluginTBImages().size(), 3) << "the status plugin has no icon";
     const QImage icon = delegate->getPluginTBImageForID(u"plugin.memboost"_s);
     EXPECT_EQ(icon.deviceIndependentSize(), QSizeF(18, 18));

@@ -34,61 +34,32 @@ struct Quarantine : testing::Test
 
 TEST_F(Quarantine, TellsTheNextRunWhichPluginTookThisOneDown)
 {
-    struct Case
-    {
-        const char *what;
-        void (*run)(PluginQuarantine &);
-        QString culprit;
-        bool orderly = false;
+    // "+" enters, "-" leaves, "!" is an end that the program decides on, "." an orderly one.
+    const std::pair<QString, QString> runs[] = {
+        {u"+/a"_s, u"/a"_s},
+        {u"+/a-longer-name -/a-longer-name +/é"_s, u"/é"_s},
+        {u"+/a +/b -/a"_s, u"/b"_s},
+        {u"+/a -/a"_s, {}},
+        {u"+/a +"_s + QString(5000, u'x'), {}}, // beyond what fits
+        {u"+/a ! +/b"_s, {}},
+        {u"+/a ."_s, {}},
     };
-    const Case cases[] = {
-        {"in the first", [](PluginQuarantine &q) { q.enter(u"/a.bundle"_s); }, u"/a.bundle"_s},
-        {"shorter after longer",
-         [](PluginQuarantine &q) {
-             q.enter(u"/a long name.bundle"_s);
-             q.leave(u"/a long name.bundle"_s);
-             q.enter(u"/é.bundle"_s);
-         },
-         u"/é.bundle"_s},
-        {"another began meanwhile",
-         [](PluginQuarantine &q) {
-             q.enter(u"/a.bundle"_s);
-             q.enter(u"/b.bundle"_s);
-             q.leave(u"/a.bundle"_s);
-         },
-         u"/b.bundle"_s},
-        {"in none",
-         [](PluginQuarantine &q) {
-             q.enter(u"/a.bundle"_s);
-             q.leave(u"/a.bundle"_s);
-         },
-         {}},
-        {"a path beyond what fits",
-         [](PluginQuarantine &q) {
-             q.enter(u"/a.bundle"_s);
-             q.enter(QString(5000, u'x'));
-         },
-         {}},
-        {"an end that the program decides on",
-         [](PluginQuarantine &q) {
-             q.enter(u"/a.bundle"_s);
-             q.end();
-             q.enter(u"/b.bundle"_s);
-         },
-         {}},
-        {"an orderly end", [](PluginQuarantine &q) { q.enter(u"/a.bundle"_s); }, {}, true},
-    };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.what);
+    for (const auto &[steps, culprit] : runs) {
+        SCOPED_TRACE(steps.left(50).toStdString());
         const pid_t child = ::fork();
         if (child == 0) {
-            {
-                PluginQuarantine quarantine;
-                if (!quarantine.keepBreadcrumbs(file))
-                    ::_exit(1);
-                c.run(quarantine);
-                if (!c.orderly)
-                    ::_exit(0);
+            auto quarantine = std::make_unique<PluginQuarantine>();
+            if (!quarantine->keepBreadcrumbs(file))
+                ::_exit(1);
+            for (const QString &step : steps.split(u' ')) {
+                if (step[0] == u'+')
+                    quarantine->enter(step.mid(1));
+                else if (step[0] == u'-')
+                    quarantine->leave(step.mid(1));
+                else if (step[0] == u'!')
+                    quarantine->end();
+                else
+                    quarantine.reset();
             }
             ::_exit(0);
         }
@@ -97,7 +68,7 @@ TEST_F(Quarantine, TellsTheNextRunWhichPluginTookThisOneDown)
         ASSERT_EQ(status, 0);
         PluginQuarantine next;
         ASSERT_TRUE(next.keepBreadcrumbs(file));
-        EXPECT_EQ(next.culprit(), c.culprit);
+        EXPECT_EQ(next.culprit(), culprit);
         PluginQuarantine other;
         EXPECT_FALSE(other.keepBreadcrumbs(file)) << "one run at a time";
     }

@@ -6,7 +6,7 @@
 
 namespace {
 
-class OwnButton : public QPushButton
+struct OwnButton : QPushButton
 {
     Q_OBJECT
 };
@@ -21,34 +21,28 @@ TEST(Recolouring, GoesByTheExactClassThroughAllTabs)
 {
     QWidget root;
     auto *nested = new QWidget(&root);
-    auto *label = new QLabel(nested);
-    auto *edit = new QLineEdit(nested);
-    auto *button = new QPushButton(nested);
-    auto *check = new QCheckBox(nested);
-    auto *own = new OwnButton;
-    own->setParent(nested);
-    auto *plain = new PlainButton;
-    plain->setParent(nested);
+    const QWidget *texts[] = {new QLabel(nested), new QLineEdit(nested)};
+    QPushButton *derived[] = {new OwnButton, new PlainButton};
+    for (QPushButton *each : derived)
+        each->setParent(nested);
     auto *tabs = new QTabWidget(&root);
-    auto *shownTab = new QWidget;
     auto *otherTab = new QWidget;
-    auto *tabButton = new QPushButton(otherTab);
-    tabs->addTab(shownTab, u"1"_s);
+    tabs->addTab(new QWidget, u"1"_s);
     tabs->addTab(otherTab, u"2"_s);
-    const QColor before = own->palette().color(QPalette::ButtonText);
+    const QWidget *titles[] = {new QPushButton(nested), new QCheckBox(nested),
+                               new QPushButton(otherTab)};
+    const QColor before = derived[0]->palette().color(QPalette::ButtonText);
     ASSERT_NE(before, QColor(Qt::white));
 
     mndPlugins::recurseSubViews(&root);
-    EXPECT_EQ(label->property("backgroundStyle"), 2);
-    EXPECT_EQ(edit->property("backgroundStyle"), 2);
-    for (const QWidget *titled : {static_cast<QWidget *>(button), static_cast<QWidget *>(check),
-                                  static_cast<QWidget *>(tabButton)}) {
+    for (const QWidget *text : texts)
+        EXPECT_EQ(text->property("backgroundStyle"), 2);
+    for (const QWidget *titled : titles) {
         EXPECT_EQ(titled->palette().color(QPalette::Active, QPalette::ButtonText), Qt::white);
         EXPECT_EQ(titled->palette().color(QPalette::Active, QPalette::WindowText), Qt::white);
     }
-    for (const QPushButton *derived :
-         {static_cast<QPushButton *>(own), static_cast<QPushButton *>(plain)})
-        EXPECT_EQ(derived->palette().color(QPalette::ButtonText), before) << "a subclass keeps its";
+    for (const QPushButton *each : derived)
+        EXPECT_EQ(each->palette().color(QPalette::ButtonText), before) << "a subclass keeps its";
     EXPECT_TRUE(tabs->documentMode());
     mndPlugins::recurseSubViews(nullptr);
     mndPlugins::setButtonStringColor(nullptr, Qt::red);

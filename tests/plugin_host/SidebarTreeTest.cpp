@@ -1,21 +1,11 @@
 #include "plugin_host/SidebarTree.h"
 
-TEST(SourceListItem, CountsEveryBadgeButMinusOne)
-{
-    SourceListItem item;
-    EXPECT_EQ(item.badgeValue, -1);
-    for (const auto &[value, shown] : {std::pair(-1, false), {-2, true}, {0, true}, {7, true}}) {
-        item.badgeValue = value;
-        EXPECT_EQ(item.hasBadge(), shown) << value;
-    }
-}
-
 TEST(SourceListItem, DescribesItself)
 {
     const auto item = SourceListItem::itemWithTitle(u"Status"_s, u"3"_s);
     EXPECT_TRUE(item->description().startsWith(u"<SourceListItem: 0x"_s));
     EXPECT_TRUE(item->description().endsWith(u" | identifier = 3 | title = Status >"_s));
-    EXPECT_FALSE(item->hasIcon());
+    EXPECT_FALSE(item->hasIcon() || item->hasBadge());
     item->iconSelected = QImage(1, 1, QImage::Format_ARGB32);
     EXPECT_FALSE(item->hasIcon()) << "only the plain icon counts";
     EXPECT_FALSE(item->hasChildren());
@@ -35,34 +25,28 @@ TEST(SidebarTree, FindsOrGrowsHeadings)
     EXPECT_EQ(headings.size(), 2);
 }
 
-/// A tree from headings written as "Title: row row".
+/// Headings written as "Title: row row".
 struct RowNumbers : testing::Test
 {
     void make(const QStringList &description)
     {
         for (const QString &line : description) {
-            add(line.section(u':', 0, 0), headings);
-            const QStringList rows = line.section(u':', 1).split(u' ', Qt::SkipEmptyParts);
-            for (const QString &row : rows)
-                add(row, headings.last()->children);
+            headings << item(line.section(u':', 0, 0));
+            for (const QString &row : line.section(u':', 1).split(u' ', Qt::SkipEmptyParts))
+                headings.last()->children << item(row);
         }
     }
-
+    SourceListItem *item(const QString &title)
+    {
+        return items.emplace_back(SourceListItem::itemWithTitle(title, {})).get();
+    }
     int row(const QString &heading, const QString &title) const
     {
         return static_cast<int>(SidebarTree::rowNumber(headings, heading, title).value_or(-1));
     }
 
     SidebarTree::Headings headings;
-
-private:
-    void add(const QString &title, QList<SourceListItem *> &list)
-    {
-        m_items.push_back(SourceListItem::itemWithTitle(title, {}));
-        list.append(m_items.back().get());
-    }
-
-    std::vector<std::unique_ptr<SourceListItem>> m_items;
+    std::vector<std::unique_ptr<SourceListItem>> items;
 };
 
 TEST_F(RowNumbers, FollowFromTheTree)

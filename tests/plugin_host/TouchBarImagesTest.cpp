@@ -6,12 +6,9 @@ namespace {
 /// Left half red, a quarter half-transparent blue, a quarter empty; two pixels to a point.
 QImage sample()
 {
-    QImage image(8, 4, QImage::Format_ARGB32);
-    image.fill(Qt::transparent);
-    for (int y = 0; y < 4; ++y) {
-        for (int x = 0; x < 6; ++x)
-            image.setPixelColor(x, y, x < 4 ? QColor(Qt::red) : QColor(0, 0, 255, 128));
-    }
+    QImage image = filled(8, 4, Qt::transparent);
+    for (int i = 0; i < 6 * 4; ++i)
+        image.setPixelColor(i % 6, i / 6, i % 6 < 4 ? QColor(Qt::red) : QColor(0, 0, 255, 128));
     image.setDevicePixelRatio(2);
     return image;
 }
@@ -41,8 +38,7 @@ TEST(TouchBarImages, ResizeToPoints)
     EXPECT_EQ(large.size(), QSize(32, 32));
     EXPECT_EQ(large.pixelColor(8, 16), QColor(Qt::red));
     EXPECT_EQ(large.pixelColor(31, 16).alpha(), 0);
-    QImage coarse(40, 40, QImage::Format_RGB32);
-    coarse.fill(Qt::green);
+    const QImage coarse = filled(40, 40, Qt::green);
     EXPECT_EQ(TouchBarImages::resized(coarse, {18, 18}).size(), QSize(36, 36));
     EXPECT_TRUE(TouchBarImages::resized(coarse, {0, 18}).isNull());
     EXPECT_TRUE(services.recorder.take().isEmpty());
