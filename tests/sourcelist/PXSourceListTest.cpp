@@ -64,9 +64,9 @@ TEST_F(PXSourceListTest, HeadingsThatStayOpenCannotBeClosed)
     EXPECT_EQ(rowsOf(list), u"A B C c d");
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, triangle);
     EXPECT_EQ(rowsOf(list), u"A a b B C c d");
-    EXPECT_EQ(delegate.takeLog(),
-              (QStringList{u"ItemWillCollapse A"_s, u"ItemDidCollapse A"_s, u"SelectionDidChange"_s,
-                           u"ItemWillExpand A"_s, u"ItemDidExpand A"_s}));
+    EXPECT_EQ(delegate.takeLog().join(u'|'),
+              u"ItemWillCollapse A|ItemDidCollapse A|SelectionDidChange|ItemWillExpand A|"
+              "ItemDidExpand A");
 }
 
 TEST_F(PXSourceListTest, ArrowKeysStepOverHeadings)
@@ -93,9 +93,8 @@ TEST_F(PXSourceListTest, ArrowKeysStepOverHeadings)
 
 TEST_F(PXSourceListTest, DeleteKeysAreOnlyTold)
 {
-    const auto press = [this](int key, const QString &text) {
-        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, text);
-        QCoreApplication::sendEvent(&list, &event);
+    const auto press = [this](Qt::Key key, const QString &text) {
+        QTest::sendKeyEvent(QTest::Press, &list, key, text, {});
     };
     press(Qt::Key_Backspace, u"\b"_s);
     EXPECT_TRUE(delegate.log.isEmpty()); // nothing is selected
@@ -135,11 +134,10 @@ TEST_F(PXSourceListTest, ReloadMovesTheSelectionOffHeadings)
                                false);
         // To the end of the top level, one after the other.
         for (const QByteArray &name : QByteArray(names).split(' ')) {
-            QObject *item = moving.item(QString::fromLatin1(name));
-            if (!item)
-                continue;
-            item->setParent(nullptr);
-            item->setParent(&moving.root);
+            if (QObject *item = moving.item(QString::fromLatin1(name))) {
+                item->setParent(nullptr);
+                item->setParent(&moving.root);
+            }
         }
         moved.reloadData();
         EXPECT_EQ(rowsOf(moved), QLatin1StringView(afterwards));
@@ -148,9 +146,8 @@ TEST_F(PXSourceListTest, ReloadMovesTheSelectionOffHeadings)
 
 TEST_F(PXSourceListTest, AsksForTheNumberOfGroupsAfterEachOne)
 {
-    class Shrinking : public SourceTree
+    struct Shrinking : SourceTree
     {
-    public:
         using SourceTree::SourceTree;
         int count = 3;
         int asked = 0;
@@ -211,10 +208,9 @@ TEST_F(PXSourceListTest, SubscribesOnlyTheCurrentDelegate)
 
 TEST_F(PXSourceListTest, OffersTheDelegatesMenu)
 {
-    QMenu own;
-    QMenu theirs;
+    QMenu own, theirs;
     list.setMenu(&own);
-    const QPoint onB = list.rectOfRow(2).center().toPoint();
+    const QPoint onB = middleOfRow(list, 2);
     for (QMenu *menu : {static_cast<QMenu *>(nullptr), &theirs}) {
         delegate.menu = menu;
         QContextMenuEvent event(QContextMenuEvent::Mouse, onB, onB);
@@ -231,7 +227,7 @@ TEST_F(PXSourceListTest, SpeaksTitlesAndBadges)
     EXPECT_EQ(accessible->child(2)->text(QAccessible::Name), u"a, 12");
     EXPECT_EQ(accessible->child(3)->text(QAccessible::Name), u"b");
     const auto toolTip = [this](int row) {
-        const QPoint position = list.rectOfRow(row).center().toPoint();
+        const QPoint position = middleOfRow(list, row);
         QHelpEvent event(QEvent::ToolTip, position, list.viewport()->mapToGlobal(position));
         QCoreApplication::sendEvent(list.viewport(), &event);
         return QToolTip::text();

@@ -15,8 +15,7 @@ const QColor sidebar(168, 214, 242);
 
 QImage icon(int size)
 {
-    QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
+    QImage image = filled(size, size, Qt::transparent);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(size / 16.0, size / 16.0);
@@ -95,9 +94,7 @@ QPixmap drawn(const Column &column)
     const int height = list->numberOfRows() * int(list->rowHeight());
     list->resize(column.widthBefore > 0 ? column.widthBefore : column.width, height);
     window.resize(column.width, height);
-    window.show();
-    window.activateWindow();
-    if (!QTest::qWaitForWindowActive(&window))
+    if (!activate(window))
         QTextStream(stderr) << "the keyboard does not come to the window\n";
     list->selectRowIndexes({3}, false);
     if (column.widthBefore > 0) {

@@ -28,13 +28,6 @@ public:
     }
 };
 
-QImage iconOf(int size, const QColor &color)
-{
-    QImage icon(size, size, QImage::Format_ARGB32_Premultiplied);
-    icon.fill(color);
-    return icon;
-}
-
 /// A list "A(a b) A(c)" beside a text field in a window, drawn at a scale.
 struct SourceListDrawing : testing::TestWithParam<qreal>
 {
@@ -50,10 +43,8 @@ struct SourceListDrawing : testing::TestWithParam<qreal>
         list.setDelegate(&delegate);
         list.setDataSource(&tree);
         list.setBackgroundColor(Qt::gray);
-        window.show();
-        window.activateWindow();
         list.setFocus();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+        EXPECT_TRUE(activate(window));
     }
 
     QImage drawn()
@@ -102,6 +93,9 @@ TEST_P(SourceListDrawing, BadgesHaveTheirColours)
     elsewhere.show();
     tree.item(u"a"_s)->badge = 88888;
     const QColor usual(152, 168, 202), own(1, 2, 3), ownText(4, 5, 6);
+    tree.item(u"A"_s)->badge = 7;
+    tree.fill = own;
+    EXPECT_NEAR(extent(drawn(), 0, own).left(), badgeOf(0).left(), 1.5) << "headings have them too";
     enum State { Hidden, Minimised, Here, Elsewhere, Edited };
     const std::tuple<const char *, bool, State, QColor, QColor, QColor, QColor> cases[] = {
         {"selected, hidden", true, Hidden, own, ownText, Qt::white, {170, 170, 170}},
@@ -141,19 +135,11 @@ TEST_P(SourceListDrawing, BadgesHaveTheirColours)
     }
 }
 
-TEST_P(SourceListDrawing, HeadingsHaveBadgesToo)
-{
-    tree.item(u"A"_s)->badge = 7;
-    tree.fill = QColor(1, 2, 3);
-    EXPECT_NEAR(extent(drawn(), 0, tree.fill).left(), badgeOf(0).left(), 1.5);
-}
-
 TEST_P(SourceListDrawing, IconsAreDrawnAtTheirSizeOrCutDownToTheLists)
 {
-    for (const auto &[size, drawnSize] :
-         {std::pair(12, 12), std::pair(16, 16), std::pair(32, 16), std::pair(64, 16)}) {
+    for (const auto &[size, drawnSize] : {std::pair(12, 12), {16, 16}, {32, 16}, {64, 16}}) {
         SCOPED_TRACE(size);
-        tree.item(u"b"_s)->icon = iconOf(size, Qt::red);
+        tree.item(u"b"_s)->icon = filled(size, size, Qt::red);
         const QRectF red = extent(drawn(), 2, Qt::red);
         const QRectF room =
             SourceListGeometry::iconRect(list.frameOfCellAtColumn(0, 2), list.iconSize());
@@ -164,10 +150,10 @@ TEST_P(SourceListDrawing, IconsAreDrawnAtTheirSizeOrCutDownToTheLists)
     }
     list.selectRowIndexes({2}, false);
     EXPECT_FALSE(extent(drawn(), 2, Qt::red).isEmpty()) << "the usual one stands in";
-    tree.selectedIcon = iconOf(16, Qt::green);
+    tree.selectedIcon = filled(16, 16, Qt::green);
     EXPECT_FALSE(extent(drawn(), 2, Qt::green).isEmpty());
     EXPECT_TRUE(extent(drawn(), 2, Qt::red).isEmpty());
-    tree.item(u"A"_s)->icon = iconOf(16, Qt::red);
+    tree.item(u"A"_s)->icon = filled(16, 16, Qt::red);
     EXPECT_TRUE(extent(drawn(), 0, Qt::red).isEmpty()) << "headings have none";
 }
 
@@ -184,7 +170,7 @@ TEST_P(SourceListDrawing, SelectionShowsInEveryState)
 TEST_P(SourceListDrawing, MirrorsEverythingFromRightToLeft)
 {
     tree.item(u"a"_s)->badge = 7;
-    tree.item(u"a"_s)->icon = iconOf(16, Qt::red);
+    tree.item(u"a"_s)->icon = filled(16, 16, Qt::red);
     tree.fill = QColor(1, 2, 3);
     list.setIndentationPerLevel(10);
     delegate.keepsGroupsOpen = false;

@@ -127,12 +127,9 @@ TEST(SourceListForwarding, AnswersForThoseWhoDoNotImplement)
     QObject stranger; // implements neither protocol
     PXSourceList list;
     list.setRowHeight(33);
-    const QVariantList usual{QString(),     false, QVariant(),
-                             false,         0,     false,
-                             QStringList(), false, true,
-                             true,          true,  1,
-                             true,          false, int(OutlineViewCell::Text),
-                             33.0};
+    const int text = OutlineViewCell::Text;
+    const QVariantList usual{QString(), false, QVariant(), false, 0,    false, QStringList(), false,
+                             true,      true,  true,       1,     true, false, text,          33.0};
     for (QObject *each : {static_cast<QObject *>(nullptr), &stranger}) {
         list.setDelegate(each);
         list.setDataSource(each);
@@ -157,22 +154,10 @@ TEST(SourceListForwarding, AsksThoseWhoImplement)
     list.setDelegate(&answerer);
     list.setDataSource(&answerer);
     answerer.asked.clear();
-    const QVariantList all{u"!"_s,
-                           true,
-                           5,
-                           true,
-                           int(Qt::CopyAction),
-                           true,
-                           QStringList{u"file"_s},
-                           true,
-                           false,
-                           false,
-                           false,
-                           9,
-                           false,
-                           true,
-                           int(OutlineViewCell::Custom),
-                           40.0};
+    const QStringList file{u"file"_s};
+    const int copy = Qt::CopyAction, custom = OutlineViewCell::Custom;
+    const QVariantList all{u"!"_s, true,  5,     true, copy,  true, file,   true,
+                           false,  false, false, 9,    false, true, custom, 40.0};
     EXPECT_EQ(answers(list, answerer.item(u"a"_s)), all);
     EXPECT_EQ(answerer.asked.join(' ').toStdString(),
               "set x begin ended update willDisplay itemForPersistent object write validate 3 "

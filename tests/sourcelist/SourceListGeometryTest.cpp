@@ -46,10 +46,7 @@ TEST(SourceListGeometry, GoesByTheHeightOfEveryKindOfCell)
     struct : SourceDelegate
     {
         OutlineViewCell cell;
-        OutlineViewCell sourceListDataCellForItem(PXSourceList *, OutlineItem) override
-        {
-            return cell;
-        }
+        OutlineViewCell sourceListDataCellForItem(List *, OutlineItem) override { return cell; }
     } delegate;
     SourceTree tree(u"A(a)"_s);
     PXSourceList list;

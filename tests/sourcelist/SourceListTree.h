@@ -61,23 +61,16 @@ class BadgedTree : public SourceTree
 
 public:
     using SourceTree::SourceTree;
+    using List = PXSourceList;
+    using Item = OutlineItem;
 
-    bool sourceListItemHasBadge(PXSourceList *, OutlineItem item) override
-    {
-        return static_cast<SourceItem *>(item)->badge != -1;
-    }
-    qint64 sourceListBadgeValueForItem(PXSourceList *, OutlineItem item) override
-    {
-        return static_cast<SourceItem *>(item)->badge;
-    }
-    bool sourceListItemHasIcon(PXSourceList *, OutlineItem item) override
-    {
-        return !static_cast<SourceItem *>(item)->icon.isNull();
-    }
-    QImage sourceListIconForItem(PXSourceList *, OutlineItem item) override
-    {
-        return static_cast<SourceItem *>(item)->icon;
-    }
+    bool sourceListItemHasBadge(List *, Item item) override { return of(item)->badge != -1; }
+    qint64 sourceListBadgeValueForItem(List *, Item item) override { return of(item)->badge; }
+    bool sourceListItemHasIcon(List *, Item item) override { return !of(item)->icon.isNull(); }
+    QImage sourceListIconForItem(List *, Item item) override { return of(item)->icon; }
+
+private:
+    static SourceItem *of(Item item) { return static_cast<SourceItem *>(item); }
 };
 
 /// Delegate that writes down what it hears.
