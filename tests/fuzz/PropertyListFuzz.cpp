@@ -3,9 +3,7 @@
 #include "platform/foundation/PropertyList.h"
 #include "platform/foundation/PropertyListLimits.h"
 
-namespace {
-
-int depthOf(const QVariant &value)
+static int depthOf(const QVariant &value)
 {
     int deepest = 0;
     if (value.typeId() == QMetaType::QVariantMap) {
@@ -17,8 +15,6 @@ int depthOf(const QVariant &value)
     }
     return deepest + 1;
 }
-
-} // namespace
 
 /// The three forms, told apart by how they begin.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)

@@ -5,16 +5,14 @@
 
 #include <cstdio>
 
-namespace {
-
-void run(const QByteArray &data)
+static void run(const QByteArray &data)
 {
     LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t *>(data.constData()),
                            static_cast<std::size_t>(data.size()));
 }
 
 /// Every beginning of the input, and the input with every one of its bytes damaged.
-void runDamaged(const QByteArray &whole)
+static void runDamaged(const QByteArray &whole)
 {
     for (qsizetype i = 0; i < whole.size(); ++i) {
         run(whole.first(i));
@@ -25,8 +23,6 @@ void runDamaged(const QByteArray &whole)
         }
     }
 }
-
-} // namespace
 
 /// Runs the inputs in the folders that are named. Ends with 1 when there was none.
 int main(int argc, char **argv)

@@ -5,16 +5,14 @@
 
 using namespace Utilities;
 
-namespace {
-
 // By UTC where the text ends with Z, else by local time.
-Date at(const QString &text)
+static Date at(const QString &text)
 {
     const QDateTime time = QDateTime::fromString(text, Qt::ISODate);
     return Date(double(time.toSecsSinceEpoch()) - Date::referenceSinceEpoch);
 }
 
-QString written(const DateComponents &c)
+static QString written(const DateComponents &c)
 {
     QStringList parts;
     for (int part :
@@ -23,13 +21,11 @@ QString written(const DateComponents &c)
     return parts.join(u' ');
 }
 
-DateComponents componentsOf(const Date &date)
+static DateComponents componentsOf(const Date &date)
 {
     return {year(date),    month(date), day(date),     hour(date),      minute(date),
             seconds(date), week(date),  weekday(date), nthWeekday(date)};
 }
-
-} // namespace
 
 TEST(DateUtilities, ComponentsFollowLocaleAndZone)
 {

@@ -6,8 +6,6 @@
 #include "support/FullDisk.h"
 #include "support/TestServices.h"
 
-namespace {
-
 struct LoginItems : testing::Test
 {
     LoginItems()
@@ -41,8 +39,6 @@ struct LoginItems : testing::Test
     QString program;
     std::unique_ptr<loginItemsProtocol> items;
 };
-
-} // namespace
 
 TEST_F(LoginItems, AddsOneEntryThatDesktopsAcceptAndRemovesIt)
 {

@@ -4,9 +4,7 @@
 #include "support/FullDisk.h"
 #include "support/TestServices.h"
 
-namespace {
-
-QStringList entries(mndStringList &list)
+static QStringList entries(mndStringList &list)
 {
     QStringList all;
     for (quint64 i = 0; i < list.count(); ++i)
@@ -29,8 +27,6 @@ struct StringList : testing::Test
     const QTemporaryDir &root = services.root;
     QString path = root.filePath(u"list"_s);
 };
-
-} // namespace
 
 TEST_F(StringList, FindsByEqualityAndRemovesByIdentity)
 {

@@ -4,8 +4,6 @@
 
 #include <sys/wait.h>
 
-namespace {
-
 struct Quarantine : testing::Test
 {
     Quarantine()
@@ -29,8 +27,6 @@ struct Quarantine : testing::Test
     TestServices services;
     const QString file = services.home.filePath(u"state/Solvane/crumb"_s);
 };
-
-} // namespace
 
 TEST_F(Quarantine, TellsTheNextRunWhichPluginTookThisOneDown)
 {

@@ -1,10 +1,8 @@
 #include "plugin_host/TouchBarImages.h"
 #include "support/TestServices.h"
 
-namespace {
-
 /// Left half red, a quarter half-transparent blue, a quarter empty; two pixels to a point.
-QImage sample()
+static QImage sample()
 {
     QImage image = filled(8, 4, Qt::transparent);
     for (int i = 0; i < 6 * 4; ++i)
@@ -14,8 +12,6 @@ QImage sample()
 }
 
 const QPoint onRed(1, 1), onBlue(5, 1), onNothing(7, 1);
-
-} // namespace
 
 TEST(TouchBarImages, TintOnlyWhatIsThere)
 {

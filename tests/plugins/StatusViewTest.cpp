@@ -3,9 +3,7 @@
 #include "plugins/status/HistoryChart.h"
 #include "plugins/status/VolumeList.h"
 
-namespace {
-
-QStringList accessibleNames(const QWidget &view)
+static QStringList accessibleNames(const QWidget &view)
 {
     QStringList names;
     for (const QWidget *widget : view.findChildren<QWidget *>())
@@ -14,13 +12,11 @@ QStringList accessibleNames(const QWidget &view)
     return names;
 }
 
-int runningTimers(const QObject &object)
+static int runningTimers(const QObject &object)
 {
     const auto timers = object.findChildren<QTimer *>();
     return int(std::count_if(timers.begin(), timers.end(), [](auto *t) { return t->isActive(); }));
 }
-
-} // namespace
 
 TEST(StatusView, ReadsOnlyWhileItCanBeSeen)
 {

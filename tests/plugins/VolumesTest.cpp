@@ -1,15 +1,11 @@
 #include "plugins/status/Volumes.h"
 #include "plugins/status/ReadFile.h"
 
-namespace {
-
-std::vector<Volume> volumesOf(const char *machine)
+static std::vector<Volume> volumesOf(const char *machine)
 {
     const QString root = QStringLiteral(FIXTURES "/") + QString::fromUtf8(machine);
     return parseVolumes(readFile(root + u"/proc/self/mountinfo"_s));
 }
-
-} // namespace
 
 TEST(Volumes, AreTheRealOnesOnceEach)
 {

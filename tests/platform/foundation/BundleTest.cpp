@@ -1,7 +1,5 @@
 #include "platform/foundation/Bundle.h"
 
-namespace {
-
 struct BundleTest : testing::Test
 {
     QTemporaryDir m_folder;
@@ -12,8 +10,6 @@ struct BundleTest : testing::Test
         makeFile(m_path + u"/Contents/"_s + name, content);
     }
 };
-
-} // namespace
 
 TEST_F(BundleTest, OpensFoldersOnly)
 {

@@ -5,9 +5,7 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 
-namespace {
-
-FileRecords walk(const QString &path, int threads = 3)
+static FileRecords walk(const QString &path, int threads = 3)
 {
     FileRecords records;
     DirectoryWalk::run(
@@ -16,7 +14,7 @@ FileRecords walk(const QString &path, int threads = 3)
 }
 
 /// What a reader finds who goes from entry to entry.
-FileRecords readOneByOne(const std::string &folder)
+static FileRecords readOneByOne(const std::string &folder)
 {
     FileRecords records;
     for (const auto &entry : std::filesystem::recursive_directory_iterator(folder)) {
@@ -27,13 +25,11 @@ FileRecords readOneByOne(const std::string &folder)
     return records;
 }
 
-size_t openDescriptors()
+static size_t openDescriptors()
 {
     const std::filesystem::directory_iterator all("/proc/self/fd");
     return static_cast<size_t>(std::distance(begin(all), end(all)));
 }
-
-} // namespace
 
 TEST(FilePath, KeepsEveryName)
 {

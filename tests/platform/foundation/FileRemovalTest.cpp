@@ -78,12 +78,11 @@ TEST(FileRemoval, LeavesMountedVolumesAndRemovesTheRest)
     tree.file("t/a");
     tree.file("t/z/b");
     bool mounted = false;
+    const std::string mount = tree.path("t/mount");
     std::thread([&] { // in a view of the file system of its own
         mounted = ::unshare(CLONE_NEWNS) == 0
             && ::mount("", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0
-            && ::mount(other.path().c_str(), tree.path("t/mount").c_str(), nullptr, MS_BIND,
-                       nullptr)
-                == 0;
+            && ::mount(other.path().c_str(), mount.c_str(), nullptr, MS_BIND, nullptr) == 0;
         if (!mounted)
             return;
         RealFileSystem files;

@@ -5,16 +5,14 @@
 
 #include <QStringEncoder>
 
-namespace {
-
-QByteArray xml(const QByteArray &content)
+static QByteArray xml(const QByteArray &content)
 {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist PUBLIC \"-//x\" \"y\">\n"
            "<plist version=\"1.0\">"
         + content + "</plist>\n";
 }
 
-QByteArray bigEndian(quint64 value, int size)
+static QByteArray bigEndian(quint64 value, int size)
 {
     QByteArray bytes;
     for (int i = size - 1; i >= 0; --i)
@@ -23,7 +21,7 @@ QByteArray bigEndian(quint64 value, int size)
 }
 
 /// A binary list of these objects, the first being the root; references are two bytes.
-QByteArray binary(const QList<QByteArray> &objects)
+static QByteArray binary(const QList<QByteArray> &objects)
 {
     QByteArray data = "bplist00";
     QByteArray offsets;
@@ -54,8 +52,6 @@ const QVariantMap everythingRead{{u"text"_s, u"a & é"_s},
                                  {u"date"_s, QDateTime(QDate(2020, 1, 2), QTime(3, 4, 5), Qt::UTC)},
                                  {u"data"_s, QByteArray("\x0f\xbd\x77")},
                                  {u"list"_s, QVariantList{u""_s, QVariantMap(), QVariantList()}}};
-
-} // namespace
 
 TEST(PropertyList, ReadsEveryKindOfValueInXmlAndBinary)
 {

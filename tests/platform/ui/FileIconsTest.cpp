@@ -7,9 +7,7 @@
 
 #include <QIcon>
 
-namespace {
-
-QByteArray drawing(const QByteArray &color, const QByteArray &size = "10")
+static QByteArray drawing(const QByteArray &color, const QByteArray &size = "10")
 {
     return "<svg xmlns='http://www.w3.org/2000/svg' width='" + size + "' height='" + size
         + "' viewBox='0 0 10 10'><rect width='10' height='10' fill='" + color + "'/></svg>";
@@ -44,8 +42,6 @@ struct FileIconsTest : testing::Test
     TestServices services;
 };
 
-} // namespace
-
 TEST_F(FileIconsTest, ShowWhatAnItemIs)
 {
     const QString icon = write(u"an icon.svg"_s, drawing("#666666"));
@@ -67,7 +63,7 @@ TEST_F(FileIconsTest, ShowWhatAnItemIs)
     removeTree(latin + u".mp4"_s), removeTree(latin);
     write(u"script"_s, QByteArray("\177ELF\2\1\1\0\0\0\0\0\0\0\0\0\2\0\76\0", 20));
     makePipe(services.home.filePath(u"pipe"_s));
-    const std::tuple<const char *, const char *> cases[] = {
+    const std::pair<const char *, const char *> cases[] = {
         {"X.app", "#777777"},   {"X.app/", "#777777"},        {"Bad.app", "#333333"},
         {"", "#222222"},        {"named.desktop", "#555555"}, {"file.desktop", "#666666"},
         {"a.mp4", "#444444"},   {"missing.mp4", "#444444"},   {"drawing.txt", "#111111"},

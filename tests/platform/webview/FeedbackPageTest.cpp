@@ -68,12 +68,8 @@ struct FeedbackPage : EngineHost
     {
         wanted.sort();
         QStringList all;
-        const bool done = QTest::qWaitFor(
-            [&] {
-                all += opened();
-                return all.size() >= wanted.size();
-            },
-            20000);
+        const auto nothingIsMissing = [&] { return (all += opened()).size() >= wanted.size(); };
+        const bool done = QTest::qWaitFor(nothingIsMissing, 20000);
         all.sort();
         EXPECT_EQ(all, wanted);
         return done;

@@ -5,8 +5,6 @@
 #include <QDragEnterEvent>
 #include <QMimeData>
 
-namespace {
-
 /// A host, and a web view as a plugin gets one.
 struct Pages : EngineHost
 {
@@ -33,8 +31,6 @@ struct Pages : EngineHost
 
     std::unique_ptr<QObject> made;
 };
-
-} // namespace
 
 // Runs first: what is mapped once stays mapped.
 TEST_F(Pages, LoadTheEngineWhenTheFirstOneIsSeen)
