@@ -6,8 +6,6 @@
 
 #include <QSlider>
 
-namespace {
-
 /// A host whose sheets are opened by their menu entries.
 struct Sheets : Host
 {
@@ -48,8 +46,6 @@ struct Sheets : Host
         return services.home.filePath(u"conf/autostart/com.solvane.Solvane.desktop"_s);
     }
 };
-
-} // namespace
 
 TEST_F(Sheets, OfThePreferencesTakeTheirTextsFromTheLanguageFile)
 {
@@ -171,17 +167,11 @@ TEST_F(Sheets, OfTheStoreEditionHaveAPictureInThePlaceOfTheStartAtLogin)
 TEST_F(Sheets, OfTheAboutEntryTellWhatThisIs)
 {
     start();
-    open("miAbout");
-    EXPECT_EQ(text("lblVersion"), u"Version 512"_s);
-    QTest::keyClick(window->focusWidget(), Qt::Key_Return);
-    QCoreApplication::processEvents();
-    EXPECT_EQ(part("lblLink"), nullptr);
-    EXPECT_EQ(services.recorder.take().filter(u"url"_s), QStringList()) << "OK has the keyboard";
-
     for (const auto &[starts, opens] : {std::pair{true, true}, {true, false}, {false, false}}) {
         services.workspaceOpens = starts;
         services.browserFails = starts && !opens;
         open("miAbout");
+        EXPECT_EQ(text("lblVersion"), u"Version 512"_s);
         part("lblLink")->setFocus();
         QTest::keyClick(window->focusWidget(), Qt::Key_Return);
         QTest::keyClick(window->focusWidget(), Qt::Key_Return);

@@ -4,8 +4,6 @@
 
 #include <QStringEncoder>
 
-namespace {
-
 struct Language : testing::Test
 {
     QTemporaryDir m_folder;
@@ -24,8 +22,6 @@ struct Language : testing::Test
 
 const QByteArray english =
     "\"SZ_TITLE\" = \"Solvane\"; \"SZ_NEXT\" = \"Next\"; \"SZ_NONE\" = \"\";";
-
-} // namespace
 
 TEST_F(Language, TakesTheFirstLanguageAsItIsOrElseEnglish)
 {

@@ -79,10 +79,9 @@ TEST_F(Host, LooksTextsUpWithoutEverFailing)
     EXPECT_FALSE(delegate->stringResource(u"LIST"_s, {}).isNull());
     EXPECT_TRUE(delegate->stringResource(u"MISSING"_s, {}).isNull());
     EXPECT_EQ(delegate->stringResource(u"MISSING"_s, u"fallback"_s), u"fallback"_s);
-    EXPECT_EQ(logLines(),
-              QStringList(2,
-                          u"16/11/2026 00:45 mndAppDelegate::stringResource:def::1373 Unable to "
-                          "get MISSING"_s));
+    const QString line =
+        u"16/11/2026 00:45 mndAppDelegate::stringResource:def::1373 Unable to get MISSING"_s;
+    EXPECT_EQ(logLines(), QStringList(2, line));
 }
 
 #include "MenusTest.moc"

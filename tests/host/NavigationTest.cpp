@@ -4,8 +4,6 @@
 
 #include <QAbstractEventDispatcher>
 
-namespace {
-
 /// Headings and rows below them, in load order: rows 0 Cleaning, 1 FirstOne, 2 Good, 3 to 5 the
 /// empty headings up to System, 6 the status plugin, 7 Online.
 struct Navigation : Host
@@ -44,8 +42,6 @@ struct Navigation : Host
 const QString good = u"plugin.fixture.Good"_s;
 const QString hidden = u"plugin.fixture.Hidden"_s;
 const QString status = u"plugin.status"_s;
-
-} // namespace
 
 TEST_F(Navigation, ShowsThePluginOfTheClickedRow)
 {

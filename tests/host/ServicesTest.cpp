@@ -263,7 +263,7 @@ TEST_F(Services, MakeDrawersThatBelongToTheCaller)
     const QWidget *area = window->findChild<QWidget *>(u"content"_s);
     EXPECT_SOON(content.mapTo(area, QPoint(120, 0)).x() == area->width())
         << "it is not at the right-hand edge";
-    for (const quint64 edge : {quint64(1), quint64(77)})
+    for (const quint64 edge : {1, 77})
         delegate->newDrawerWithContent(nullptr, edge)->open();
     window.reset();
     EXPECT_FALSE(drawer->isOpen());

@@ -84,40 +84,28 @@ TEST_F(Host, PlacesSpinnersOnceTheSidebarHasItsPlace)
 
 TEST_F(Host, TakesEveryMenuTextFromItsKey)
 {
-    const std::pair<const char *, const char *> items[] = {
-        {"miAbout", "SZ_MENU_ABOUT"},
-        {"miPrefs", "SZ_MENU_PREFS"},
-        {"miPrefsReset", "SZ_MENU_PREFS_RESET"},
-        {"miFeedback", "SZ_MENU_FEEDBACK"},
-        {"miCheckForUpdate", "SZ_MENU_UPDATE"},
-        {"miServices", "SZ_MENU_SERVICES"},
-        {"miHideSolvane", "SZ_MENU_HIDE"},
-        {"miHideOthers", "SZ_MENU_HIDE_OTHERS"},
-        {"miShowAll", "SZ_MENU_SHOW_ALL"},
-        {"miQuit", "SZ_MENU_QUIT"},
-        {"miMinimize", "SZ_MENU_MINIMIZE"},
-        {"miZoom", "SZ_MENU_ZOOM"},
-        {"miBringToFront", "SZ_MENU_BRING_ALL_TO_FRONT"},
-        {"miShowMainWindow", "SZ_MENU_SHOW_MAIN_WINDOW"},
-        {"miHelp", "SZ_MENU_HELP"},
-        {"miHelpLink", "SZ_MENU_HELP_ITEM"},
-        {"miExtendedLogging", "SZ_EXTENDED_LOGGING"},
-        {"miExtendedLoggingEnable", "SZ_EXTENDED_LOGGING_ENABLE"},
-        {"miExtendedLoggingSend", "SZ_REVEAL_LOG"},
-    };
-    QByteArray file = "SZ_MENU_WINDOW = \"of SZ_MENU_WINDOW\";";
-    for (const auto &[name, key] : items)
-        file += QByteArray(key) + " = \"of " + key + "\";";
-    services.addResource(u"en.strings"_s, file);
+    const QString items =
+        u"miAbout=MENU_ABOUT miPrefs=MENU_PREFS miPrefsReset=MENU_PREFS_RESET "
+        "miFeedback=MENU_FEEDBACK miCheckForUpdate=MENU_UPDATE miServices=MENU_SERVICES "
+        "miHideSolvane=MENU_HIDE miHideOthers=MENU_HIDE_OTHERS miShowAll=MENU_SHOW_ALL "
+        "miQuit=MENU_QUIT miMinimize=MENU_MINIMIZE miZoom=MENU_ZOOM "
+        "miBringToFront=MENU_BRING_ALL_TO_FRONT miShowMainWindow=MENU_SHOW_MAIN_WINDOW "
+        "miHelp=MENU_HELP miHelpLink=MENU_HELP_ITEM miExtendedLogging=EXTENDED_LOGGING "
+        "miExtendedLoggingEnable=EXTENDED_LOGGING_ENABLE miExtendedLoggingSend=REVEAL_LOG"_s;
+    QString file = u"SZ_MENU_WINDOW = \"of MENU_WINDOW\";"_s;
+    for (const QString &each : items.split(u' '))
+        file += u"SZ_%1 = \"of %1\";"_s.arg(each.section(u'=', 1));
+    services.addResource(u"en.strings"_s, file.toUtf8());
     const QString windowEntry = item("miWindow")->text();
     start();
-    for (const auto &[name, key] : items)
-        EXPECT_EQ(item(name)->text(), u"of "_s + QLatin1StringView(key));
+    for (const QString &each : items.split(u' '))
+        EXPECT_EQ(item(qPrintable(each.section(u'=', 0, 0)))->text(),
+                  u"of "_s + each.section(u'=', 1));
     const auto topLevel = delegate->window()->menuBar()->actions();
     ASSERT_EQ(topLevel.size(), 3);
-    EXPECT_EQ(topLevel[1]->menu()->title(), u"of SZ_MENU_WINDOW"_s);
+    EXPECT_EQ(topLevel[1]->menu()->title(), u"of MENU_WINDOW"_s);
     EXPECT_EQ(item("miWindow")->text(), windowEntry) << "the entry itself is not retitled";
-    EXPECT_EQ(topLevel[2]->menu()->title(), u"of SZ_MENU_HELP"_s);
+    EXPECT_EQ(topLevel[2]->menu()->title(), u"of MENU_HELP"_s);
 }
 
 TEST_F(Host, KeepsDesignedMenuTextsWithoutTheirKeysButForThree)

@@ -6,8 +6,6 @@
 #include "plugin_host/HostTouchBar.h"
 #include "tests/support/TestMain.h"
 
-namespace {
-
 /// A host with a Touch Bar, and with three of the seven plugins that the icon row leads to.
 struct WithTouchBar : Host
 {
@@ -55,8 +53,6 @@ struct WithTouchBar : Host
     }
     bool showsSystemBar() const { return items() == HostTouchBar::systemItems(); }
 };
-
-} // namespace
 
 TEST_F(WithTouchBar, TapsLeadToPluginsByTheirPlaceInTheWholeList)
 {

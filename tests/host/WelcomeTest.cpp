@@ -7,8 +7,6 @@
 #include <QScopedValueRollback>
 #include <QTabWidget>
 
-namespace {
-
 /// A host of the store edition whose user does one thing after the other.
 struct StoreEdition : Host
 {
@@ -48,8 +46,6 @@ struct StoreEdition : Host
     }
     QTemporaryDir accountHome; ///< not where HOME points to
 };
-
-} // namespace
 
 TEST_F(StoreEdition, AsksForTheHomeFolderUntilItIsTheRightOne)
 {

@@ -130,24 +130,22 @@ int main(int argc, char **argv)
         {.caption = u"Made wider while busy"_s, .width = 260, .widthBefore = columnWidth},
     };
     QList<QPixmap> pictures;
-    QSizeF size(margin, 0);
+    qreal right = margin;
     for (const Column &column : columns) {
         pictures << drawn(column);
-        const QSizeF one = pictures.last().deviceIndependentSize();
-        size = {size.width() + one.width() + margin,
-                std::max(size.height(), one.height() + captionHeight + margin)};
+        right += column.width + margin;
     }
-    QPixmap sheet((size * scale).toSize());
+    const qreal height = pictures[0].deviceIndependentSize().height() + captionHeight + margin;
+    QPixmap sheet((QSizeF(right, height) * scale).toSize());
     sheet.setDevicePixelRatio(scale);
     sheet.fill(Qt::white);
     QPainter painter(&sheet);
     qreal x = margin;
     for (int i = 0; i < pictures.size(); ++i) {
-        const qreal width = pictures[i].deviceIndependentSize().width();
-        painter.drawText(QRectF(x, 0, width, captionHeight), Qt::AlignLeft | Qt::AlignVCenter,
-                         columns[i].caption);
+        painter.drawText(QRectF(x, 0, columns[i].width, captionHeight),
+                         Qt::AlignLeft | Qt::AlignVCenter, columns[i].caption);
         painter.drawPixmap(QPointF(x, captionHeight), pictures[i]);
-        x += width + margin;
+        x += columns[i].width + margin;
     }
     painter.end();
     if (sheet.save(QString::fromLocal8Bit(argv[1])))

@@ -15,6 +15,8 @@ public:
     using List = PXSourceList;
     using Item = OutlineItem;
     using Items = QList<OutlineItem>;
+    using Drop = const QDropEvent *;
+    using Data = QMimeData *;
 
     QByteArrayList asked;
     template <typename T>
@@ -33,15 +35,12 @@ public:
         return said<Item>("itemForPersistent", this);
     }
     QVariant sourceListPersistentObjectForItem(List *, Item) override { return said("object", 5); }
-    bool sourceListWriteItems(List *, const Items &, QMimeData *) override
-    {
-        return said("write", true);
-    }
-    Qt::DropAction sourceListValidateDrop(List *, const QDropEvent *, Item, int index) override
+    bool sourceListWriteItems(List *, const Items &, Data) override { return said("write", true); }
+    Qt::DropAction sourceListValidateDrop(List *, Drop, Item, int index) override
     {
         return said("validate " + QByteArray::number(index), Qt::CopyAction);
     }
-    bool sourceListAcceptDrop(List *, const QDropEvent *, Item, int index) override
+    bool sourceListAcceptDrop(List *, Drop, Item, int index) override
     {
         return said("accept " + QByteArray::number(index), true);
     }
@@ -62,10 +61,7 @@ public:
     {
         asked << "ended";
     }
-    void sourceListUpdateDraggingItemsForDrag(List *, const QDropEvent *) override
-    {
-        asked << "update";
-    }
+    void sourceListUpdateDraggingItemsForDrag(List *, Drop) override { asked << "update"; }
     bool sourceListShouldExpandItem(List *, Item) override { return said("expand", false); }
     bool sourceListShouldCollapseItem(List *, Item) override { return said("collapse", false); }
     bool sourceListShouldSelectItem(List *, Item) override { return said("select", false); }
