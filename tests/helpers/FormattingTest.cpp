@@ -84,6 +84,8 @@ TEST(Formatting, DaysAgoInWords)
         {u"2024-06-10T00:30"_s, u"2024-06-09T23:00"_s, u"Yesterday"_s},
         {u"2024-06-10T12:00"_s, u"2024-06-08T23:59"_s, u"1 day ago"_s},
         {u"2024-06-10T12:00"_s, u"2024-05-31T12:00"_s, u"10 days ago"_s},
+        {u"2024-06-10T12:00"_s, u"2024-05-10T12:00"_s, u"31 days ago"_s},
+        {u"2024-06-10T12:00"_s, u"2023-06-10T12:00"_s, u"366 days ago"_s},
         {u"2024-06-10T12:00"_s, u"2024-06-11T12:00"_s, u"0 days ago"_s},
         // Yesterday is 86400 seconds back: after a day of 23 hours that is the day before it.
         {u"2024-04-01T00:30"_s, u"2024-03-31T12:00"_s, u"0 days ago"_s},

@@ -3,6 +3,7 @@
 #include "platform/foundation/FilePath.h"
 #include "support/FullDisk.h"
 #include "support/TestServices.h"
+#include "tests/platform/foundation/FileTree.h"
 
 static QStringList entries(mndStringList &list)
 {
@@ -146,6 +147,23 @@ TEST_F(StringList, ReplacesTheFileAndNothingElse)
     EXPECT_FALSE(list.saveToFile(pipe)) << "nobody reads it";
 }
 
+TEST_F(StringList, IsWrittenOverWhereTheFolderTakesNoNewEntries)
+{
+    write("spared\n");
+    ASSERT_EQ(::chmod(QFile::encodeName(root.path()).constData(), 0755), 0);
+    ASSERT_EQ(::chmod(QFile::encodeName(path).constData(), 0666), 0);
+    const NoPowers none;
+    {
+        const FullDisk full(8);
+        list.addString(u"and another one"_s);
+        EXPECT_FALSE(list.saveToFile(path));
+    }
+    EXPECT_EQ(content(), "spared\n") << "a full disk cost the list that was there";
+    list.removeStringAtIndex(2);
+    EXPECT_TRUE(list.saveToFile(path));
+    EXPECT_EQ(content(), "a\nb\n");
+}
+
 TEST_F(StringList, SharesItsArrayWithADictionary)
 {
     Dictionary settings = Dictionary::make();
@@ -164,6 +182,12 @@ TEST_F(StringList, SharesItsArrayWithADictionary)
     for (const QString &key : {u"k"_s, u"texts"_s, u"texts"_s, u"mixed"_s, u"text"_s, u"a.b"_s})
         other.loadFromDic(settings, key);
     EXPECT_EQ(entries(other).mid(6), QStringList({u"x"_s, u""_s, u"x"_s, u""_s, u"y"_s}));
+    list.clear();
+    const QString one = QString::number(1234), two = QString::number(5678);
+    for (const QString &text : {one, one, two, two})
+        list.addString(text);
+    list.removeString(settings.value<StringArray>(u"k"_s).strings().at(0));
+    EXPECT_EQ(entries(list), QStringList(2, two)) << "named by its own entry, which is no copy";
     list.clear();
     EXPECT_EQ(other.count(), 11u);
     EXPECT_TRUE(settings.value<StringArray>(u"k"_s).strings().isEmpty());

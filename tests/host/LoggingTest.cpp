@@ -69,6 +69,12 @@ TEST_F(Log, WritesOneLineInTheUsersStyle)
               u"16/11/2026 00:45 A message value here,ABLE|16.11.26 00:45 grün"_s);
 }
 
+TEST_F(Log, TracesThePlaceWithWhatItIsAbout)
+{
+    delegate->showPlugin(QString());
+    EXPECT_EQ(logLines().value(0), u"16/11/2026 00:45 mndAppDelegate::showPlugin::216 (null)"_s);
+}
+
 TEST_F(Log, StartsAnewAboveTheLimit)
 {
     const qint64 line = QByteArray("16/11/2026 00:45 x\n").size();

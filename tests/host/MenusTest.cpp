@@ -38,7 +38,14 @@ TEST_F(Host, ResetsThePreferencesOnlyAfterConsent)
     start();
     services.defaults = {{u"slvCore.elog"_s, false}, {u"of.a.plugin"_s, 7}};
     item("miPrefsReset")->trigger();
-    EXPECT_EQ(services.recorder.take().filter(u"proceed?|Cancel|Reset"_s).size(), 1);
+    EXPECT_EQ(
+        services.recorder.take(),
+        QStringList(
+            u"alert Solvane|This option will reset your preferences and should be used if you "
+            "have been advised to do so by Solvane support, or you are having trouble with "
+            "Quick Clean not detecting many items to remove.\n\nAfter your preferences have "
+            "been reset Solvane will automatically exit.\n\nWould you like to proceed?|"
+            "Cancel|Reset"_s));
     EXPECT_EQ(services.defaults.size(), 2);
 
     services.alertAnswer = AlertPanel::Alternate;
@@ -55,14 +62,25 @@ TEST_F(Host, OpensWhatTheMenusLeadTo)
     EXPECT_TRUE(delegate->applicationOpenFile(nullptr, u"/any/document"_s));
     item("miHelpLink")->trigger();
     EXPECT_EQ(shownView(), u"plugin.status"_s) << "there is no support plugin to show";
-    item("miCheckForUpdate")->trigger();
+    QAction *check = item("miCheckForUpdate");
+    const auto isOffered = [check] {
+        for (QObject *menu : check->associatedObjects())
+            QMetaObject::invokeMethod(menu, "aboutToShow");
+        return check->isEnabled();
+    };
+    check->trigger();
+    EXPECT_FALSE(isOffered());
     QObject mute;
     delegate->sharedObjectRegister(u"shared.updater"_s, &mute);
-    item("miCheckForUpdate")->trigger();
-    Updater updater;
-    delegate->sharedObjectRegister(u"shared.updater"_s, &updater);
-    item("miCheckForUpdate")->trigger();
-    EXPECT_EQ(updater.checks, 1);
+    check->trigger();
+    {
+        Updater updater;
+        delegate->sharedObjectRegister(u"shared.updater"_s, &updater);
+        EXPECT_TRUE(isOffered());
+        check->trigger();
+        EXPECT_EQ(updater.checks, 1);
+    }
+    EXPECT_FALSE(isOffered());
 }
 
 TEST_F(Host, LooksTextsUpWithoutEverFailing)

@@ -105,11 +105,15 @@ TEST_F(Navigation, ShowsAPluginAgainWithAllItsMessages)
 
 TEST_F(Host, ShowsOnlyTheLastOneWhenAPluginShowsAnother)
 {
-    start({"Redirects", "StatusFixture"});
-    EXPECT_TRUE(delegate->showPlugin(u"plugin.fixture.Redirects"_s));
-    EXPECT_EQ(shownView(), status);
-    EXPECT_EQ(content()->findChildren<QWidget *>().size(), 1);
-    EXPECT_EQ(list()->numberOfSelectedRows(), 1);
+    start({"Good", "Redirects", "RedirectsFromHiding", "StatusFixture"});
+    for (const QString &id :
+         {u"plugin.fixture.Redirects"_s, u"plugin.fixture.RedirectsFromHiding"_s}) {
+        EXPECT_TRUE(delegate->showPlugin(good));
+        EXPECT_TRUE(delegate->showPlugin(id));
+        EXPECT_EQ(shownView(), status) << qPrintable(id);
+        EXPECT_EQ(content()->findChildren<QWidget *>().size(), 1);
+        EXPECT_EQ(list()->numberOfSelectedRows(), 1) << qPrintable(id);
+    }
 }
 
 TEST_F(Host, ComesToAnEndWhenAPluginShowsAHiddenOneWheneverItIsHidden)
@@ -123,6 +127,11 @@ TEST_F(Host, ComesToAnEndWhenAPluginShowsAHiddenOneWheneverItIsHidden)
 TEST_F(Host, DoesWithoutViewsAndPluginsThatAreDeleted)
 {
     start({"Good", "StatusFixture"});
+    delegate->signalAllPlugins(Selector(u"replaceView"_s));
+    EXPECT_TRUE(shownView().isEmpty());
+    EXPECT_TRUE(delegate->showPlugin(good));
+    EXPECT_EQ(shownView(), good) << "what took the place of the view that has gone";
+    EXPECT_TRUE(delegate->showPlugin(status));
     delegate->signalAllPlugins(Selector(u"dropView"_s));
     EXPECT_TRUE(shownView().isEmpty());
     services.recorder.take();
@@ -133,6 +142,53 @@ TEST_F(Host, DoesWithoutViewsAndPluginsThatAreDeleted)
     services.recorder.take();
     delegate->signalAllPlugins(Selector(u"ping"_s));
     EXPECT_TRUE(services.recorder.take().isEmpty());
+}
+
+TEST_F(Host, ShowsAPluginThatIsNoDelegateWithoutAWord)
+{
+    start({"NotADelegate", "StatusFixture"});
+    EXPECT_TRUE(delegate->showPlugin(u"plugin.fixture.NotADelegate"_s));
+    EXPECT_EQ(services.recorder.take(), QStringList{status + u" onViewHide"_s});
+}
+
+TEST_F(Navigation, FindsTheRowOfAPluginByItsTitlesAlone)
+{
+    const QString first = u"plugin.fixture.FirstOne"_s;
+    Dictionary info = mndPlugins::info(delegate->plugins()->pluginWithID(first));
+    for (const auto &[name, found] : {std::pair{u"Good"_s, 2}, {u"Nobody"_s, -1}}) {
+        info.setValue(u"name"_s, name);
+        delegate->pluginSetBadge(first, 5);
+        EXPECT_TRUE(delegate->showPlugin(first));
+        EXPECT_EQ(row(2)->badgeValue, found == 2 ? 5 : -1);
+        EXPECT_EQ(list()->selectedRow(), found == 2 ? 2 : 6);
+        EXPECT_EQ(row(1)->badgeValue, -1);
+        row(2)->badgeValue = -1;
+        list()->selectRowIndexes({6}, false);
+    }
+}
+
+TEST_F(Navigation, ShowsNewBadgesAndIconsAtOnce)
+{
+    struct Paintings : QObject
+    {
+        int count = 0;
+        bool eventFilter(QObject *, QEvent *event) override
+        {
+            return count += event->type() == QEvent::Paint, false;
+        }
+    } paintings;
+    list()->viewport()->installEventFilter(&paintings);
+    const std::pair<const char *, std::function<void()>> changes[] = {
+        {"a badge", [&] { delegate->pluginSetBadge(good, 1); }},
+        {"an icon", [&] { delegate->pluginSetIcon(good, filled(16, 16, Qt::red)); }},
+        {"a badge from a thread", [&] { onThread([&] { delegate->pluginSetBadge(good, 2); }); }},
+    };
+    for (const auto &[what, change] : changes) {
+        QCoreApplication::processEvents();
+        paintings.count = 0;
+        change();
+        EXPECT_SOON(paintings.count > 0) << what;
+    }
 }
 
 TEST_F(Navigation, TakesTheNumberThatAnIdentifierBeginsWith)

@@ -133,6 +133,10 @@ TEST_F(Host, ShowsHeadingsGroundsAndMarkWithoutAnyPlugin)
     EXPECT_TRUE(shownView().isEmpty());
     EXPECT_EQ(window->palette().color(QPalette::Window), Qt::white);
     EXPECT_EQ(list()->parentWidget()->palette().color(QPalette::Window).name(), u"#a8d6f2"_s);
+    EXPECT_EQ(list()->backgroundColor().name(), u"#a8d6f2"_s);
+    delegate->window()->setBackgroundColor(Qt::red);
+    EXPECT_EQ(window->findChild<QMenuBar *>()->palette().color(QPalette::Window), Qt::red)
+        << "the window's ground shows through the title row";
     const mndTheme &theme = *delegate->uiTheme();
     EXPECT_EQ(theme.backgroundColor().name(QColor::HexArgb), u"#ffffffff"_s);
     EXPECT_EQ(theme.sidebarColor().name(QColor::HexArgb), u"#ffa8d6f2"_s);

@@ -121,6 +121,14 @@ TEST_F(WithTouchBar, EveryNavigationAndSheetEndRevertsToTheSystemBar)
         QCoreApplication::processEvents();
         EXPECT_TRUE(showsSystemBar());
     }
+    QWidget sheet;
+    request(&target);
+    delegate->beginModalSheet(&sheet);
+    services.defaults[u"slvCore.elog"_s] = true;
+    EXPECT_FALSE(delegate->showPlugin(u"plugin.status"_s));
+    EXPECT_FALSE(showsSystemBar()) << "what is refused changes nothing";
+    EXPECT_TRUE(logLines().isEmpty());
+    delegate->endModalSheet(&sheet);
 }
 
 TEST_F(WithTouchBar, ThreadsFindDoneWhatTheyAskedFor)
@@ -172,7 +180,17 @@ TEST_F(WithTouchBar, BuildsItemsOfHighPriority)
     ASSERT_TRUE(TouchBar::installed(&sheet));
     EXPECT_EQ(TouchBar::installed(&sheet)->defaultItemIdentifiers(),
               HostTouchBar::pluginItems(true));
-    EXPECT_EQ(delegate->getAllpluginTBImages().size(), 3) << "the status plugin has no icon";
+    const QImage logo = strip()->itemViews().value(0)->grab().toImage();
+    EXPECT_NE(
+        logo,
+        filled(logo.width(), logo.height(), logo.pixelColor(0, 0)).convertToFormat(logo.format()));
+    services.addFixture(u"NoView"_s, services.root.path());
+    delegate->plugins()->loadPluginFromPath(services.root.filePath(u"NoView.bundle"_s));
+    become(u"plugin.fixture.NoView"_s, u"plugin.updater"_s);
+    const auto images = delegate->getAllpluginTBImages();
+    ASSERT_EQ(images.size(), 3) << "the status plugin has no icon, another one no view";
+    for (const QImage &image : images)
+        EXPECT_EQ(image.deviceIndependentSize(), QSizeF(24, 24));
     const QImage icon = delegate->getPluginTBImageForID(u"plugin.memboost"_s);
     EXPECT_EQ(icon.deviceIndependentSize(), QSizeF(18, 18));
     EXPECT_NEAR(icon.pixelColor(20, 20).green(), 230, 1) << "white at nine tenths";
@@ -180,6 +198,8 @@ TEST_F(WithTouchBar, BuildsItemsOfHighPriority)
     EXPECT_EQ(own.pixelColor(4, 2), QColor(Qt::white));
     EXPECT_EQ(own.pixelColor(4, 30).alpha(), 0);
     EXPECT_TRUE(delegate->getPluginTBImageForID(u"plugin.network"_s).isNull());
+    become(u"plugin.status"_s, u"plugin.other"_s);
+    EXPECT_TRUE(delegate->getPluginTBImageForID(u"plugin.status"_s).isNull()) << "not loaded";
 }
 
 int main(int argc, char **argv)

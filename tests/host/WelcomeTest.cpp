@@ -179,6 +179,8 @@ TEST_F(StoreEdition, EndsTheProgramForAUserWhoRefuses)
         welcome.tbPressed(u"Something else"_s);
         EXPECT_EQ(outside(), QStringList());
         welcome.tbPressed(u"Next"_s);
+        welcome.tbPressed(u"Select Home Folder"_s);
+        EXPECT_EQ(outside().size(), 1) << "where it is, cancelled";
         welcome.tbPressed(u"Disallow access and exit"_s);
     });
     EXPECT_FALSE(welcome.show());

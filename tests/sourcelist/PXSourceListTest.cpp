@@ -57,6 +57,12 @@ TEST_F(PXSourceListTest, HeadingsThatStayOpenCannotBeClosed)
     list.collapseItem(tree.item(u"A"_s));
     EXPECT_EQ(rowsOf(list), u"A [a] b B C c d");
     EXPECT_TRUE(delegate.takeLog().isEmpty());
+    {
+        const SourceItem below(u"below"_s, tree.item(u"a"_s));
+        list.reloadData();
+        EXPECT_EQ(rowsOf(list), u"A [a] b B C c d") << "only the heading itself is opened";
+    }
+    list.reloadData();
 
     delegate.keepsGroupsOpen = false;
     const QPoint triangle = list.frameOfOutlineCellAtRow(0).center().toPoint();
@@ -201,6 +207,8 @@ TEST_F(PXSourceListTest, SubscribesOnlyTheCurrentDelegate)
     // A list that is gone has unsubscribed its delegate from whatever it would post.
     auto other = std::make_unique<PXSourceList>();
     other->setDelegate(&delegate);
+    other->setDataSource(&tree);
+    other->selectRowIndexes({1}, false);
     delegate.log.clear();
     other.reset();
     EXPECT_TRUE(delegate.log.isEmpty());

@@ -96,6 +96,25 @@ TEST(FileRemoval, LeavesMountedVolumesAndRemovesTheRest)
     EXPECT_FALSE(tree.has("t/a") || tree.has("t/z"));
 }
 
+TEST(FileRemoval, LeavesWhatItMayNotRemoveAndTakesTheRest)
+{
+    const FileTree tree;
+    for (const char *folder : {"t", "t/locked", "t/shut", "t/z"})
+        tree.folder(folder);
+    for (const char *file : {"t/locked/kept", "t/z/b"})
+        tree.file(file);
+    for (const auto &[folder, mode] :
+         {std::pair("", 0777), {"t", 0777}, {"t/z", 0777}, {"t/locked", 0555}, {"t/shut", 0}})
+        ASSERT_EQ(::chmod(tree.path(folder).c_str(), mode), 0);
+    {
+        const NoPowers none;
+        EXPECT_FALSE(RealFileSystem().removeTree(tree.text("t")));
+    }
+    EXPECT_TRUE(tree.has("t/locked/kept"));
+    EXPECT_FALSE(tree.has("t/shut") || tree.has("t/z"));
+    ::chmod(tree.path("t/locked").c_str(), 0755);
+}
+
 TEST(RealFileSystem, WritesOnlyWhatItIsSupposedTo)
 {
     const FileTree tree;

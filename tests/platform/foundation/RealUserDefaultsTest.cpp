@@ -193,13 +193,14 @@ TEST_F(RealUserDefaultsTest, WaitsForNoLockFileThatAnotherProcessHasLeft)
     for (const QByteArray &lock : {none, cutOff, ofTheGone, running, elsewhere}) {
         SCOPED_TRACE(lock.toStdString());
         makeFile(m_path + u".lock"_s, lock);
-        makeFile(m_path + u".new-abcdef.lock"_s, lock);
+        makeFile(m_path + u".new-0123456789abcdef0123456789abcdef.lock"_s, lock);
+        makeFile(m_path + u".new-mine"_s, lock);
         defaults.setValue(u"count"_s, ++count);
         EXPECT_TRUE(defaults.synchronize());
         // Whoever waits for such a file does so until it is old enough, and takes it away.
         EXPECT_EQ(fileContent(m_path + u".lock"_s), lock);
         EXPECT_EQ(content(), "[General]\ncount=int:" + QByteArray::number(count) + '\n');
-        EXPECT_EQ(names(), u"solvane.conf solvane.conf.lock"_s);
+        EXPECT_EQ(names(), u"solvane.conf solvane.conf.lock solvane.conf.new-mine"_s);
     }
     QFile::remove(m_path + u".lock"_s);
     // For this one, for ever.
@@ -228,6 +229,7 @@ TEST_F(RealUserDefaultsTest, KeepsWhatItDoesNotUnderstand)
 {
     const QByteArray damaged = "[General]\na=int:1\nhand=true\nint=int:x\nwithout value\n";
     makeFile(m_path, damaged);
+    makeFile(m_path + u".damaged"_s, "of another time");
     RealUserDefaults defaults(m_path);
     EXPECT_EQ(defaults.value(u"a"_s), QVariant(1));
     EXPECT_TRUE(defaults.value(u"hand"_s).toBool());
@@ -235,7 +237,8 @@ TEST_F(RealUserDefaultsTest, KeepsWhatItDoesNotUnderstand)
     defaults.setValue(u"b"_s, true);
     EXPECT_TRUE(defaults.synchronize());
     EXPECT_TRUE(content().contains("a=int:1\nb=bool:true\nhand=true\nint=int:x\n"));
-    EXPECT_EQ(fileContent(m_path + u".damaged"_s), damaged);
+    EXPECT_EQ(fileContent(m_path + u".damaged"_s), "of another time");
+    EXPECT_EQ(fileContent(m_path + u".damaged-2"_s), damaged);
 }
 
 TEST_F(RealUserDefaultsTest, IsReadFromAnyThreadWhileItChanges)
