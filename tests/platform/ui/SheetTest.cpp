@@ -156,6 +156,12 @@ TEST_F(Panels, ASheetEndsWithItsView)
         EXPECT_SOON(!sheet());
         EXPECT_EQ(window.focusWidget(), below);
     }
+    QWidget done, next;
+    window.beginSheet(&done);
+    done.hide();
+    window.beginSheet(&next);
+    EXPECT_TRUE(next.isVisible()) << "at once after one that its owner has hidden";
+    window.endSheet(&next);
     window.beginSheet(nullptr);
     window.beginSheet(&window);
     window.beginSheet(window.centralWidget());
