@@ -41,10 +41,6 @@ struct Sheets : Host
         QTest::keyClick(window->focusWidget(), Qt::Key_Escape);
         QCoreApplication::processEvents();
     }
-    QString entryPath() const
-    {
-        return services.home.filePath(u"conf/autostart/com.solvane.Solvane.desktop"_s);
-    }
 };
 
 TEST_F(Sheets, OfThePreferencesTakeTheirTextsFromTheLanguageFile)
@@ -131,7 +127,8 @@ TEST_F(Sheets, OfThePreferencesSwitchTheStartAtLogin)
     EXPECT_TRUE(box()->isChecked() && !part("lblAutolaunchFailed")->isVisible());
     pressEscape();
     // Switched off in the desktop's own settings.
-    makeFile(entryPath(), fileContent(entryPath()).replace("enabled=true\n", "enabled=false\n"));
+    const QString entry = services.home.filePath(u"conf/autostart/com.solvane.Solvane.desktop"_s);
+    makeFile(entry, fileContent(entry).replace("enabled=true\n", "enabled=false\n"));
     open("miPrefs");
     EXPECT_FALSE(box()->isChecked());
 

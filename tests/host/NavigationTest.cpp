@@ -68,7 +68,7 @@ TEST_F(Navigation, ShowsThePluginOfTheClickedRow)
     EXPECT_EQ(list()->editedRow(), -1) << "titles are never edited";
 }
 
-TEST_F(Navigation, ShowsPluginsById)
+TEST_F(Navigation, ShowsPluginsByIdAndGivesTheViewsBackAtTheEnd)
 {
     EXPECT_TRUE(delegate->showPlugin(good));
     EXPECT_EQ(list()->selectedRowIndexes(), RowIndexes{2});
@@ -88,6 +88,9 @@ TEST_F(Navigation, ShowsPluginsById)
     EXPECT_TRUE(list()->selectedRowIndexes().empty());
     EXPECT_TRUE(delegate->showPlugin(good));
     EXPECT_EQ(shownView(), good);
+    delegate.reset();
+    const auto *area = window->findChild<QWidget *>(u"pluginViewHost"_s);
+    EXPECT_TRUE(area->findChildren<QWidget *>().isEmpty());
 }
 
 TEST_F(Navigation, ShowsAPluginAgainWithAllItsMessages)
@@ -274,13 +277,4 @@ TEST_F(Navigation, RunsATimerOnlyWhileASpinnerIsSeenTurning)
     EXPECT_EQ(runningTimers(), 1);
     delegate->pluginSetProcessing(good, false);
     EXPECT_EQ(runningTimers(), 0);
-}
-
-TEST_F(Navigation, GivesTheViewsBackWhenTheHostEnds)
-{
-    click(2);
-    EXPECT_EQ(shownView(), good);
-    delegate.reset();
-    const auto *area = window->findChild<QWidget *>(u"pluginViewHost"_s);
-    EXPECT_TRUE(area->findChildren<QWidget *>().isEmpty());
 }

@@ -40,10 +40,6 @@ struct StoreEdition : Host
             ModalLoop::stopModal();
         });
     }
-    QString stored(const char *key) const
-    {
-        return services.defaults.value(QString::fromLatin1(key)).toString();
-    }
     QTemporaryDir accountHome; ///< not where HOME points to
 };
 
@@ -78,7 +74,8 @@ TEST_F(StoreEdition, AsksForTheHomeFolderUntilItIsTheRightOne)
     services.runScheduled();
     EXPECT_TRUE(isDone);
     EXPECT_EQ(part<QWidget>("tvWelcomeMain"), nullptr);
-    EXPECT_EQ(stored("slv.sandbox.home"), realHome().toUpper()) << "the letter case is free";
+    EXPECT_EQ(services.defaults[u"slv.sandbox.home"_s], realHome().toUpper())
+        << "the letter case is free";
     EXPECT_EQ(delegate->getHomeDirectory(), realHome().toUpper()) << "it asks once";
     EXPECT_EQ(delegate->stringByExpandingTildeInPath(u"~/a~b"_s),
               u"%1/a%1b"_s.arg(realHome().toUpper()));

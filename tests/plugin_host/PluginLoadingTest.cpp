@@ -4,11 +4,9 @@
 
 namespace {
 
-class Reports : public PluginLoadObserver
+struct Reports : PluginLoadObserver
 {
-public:
     void bundleHandled(const PluginLoadReport &report) override { all << report; }
-
     QList<PluginLoadReport> all;
 };
 
@@ -45,8 +43,7 @@ TEST_F(PluginLoading, TakesOwnBundlesFirstAndTheFirstOfAnIdWins)
     EXPECT_EQ(ids(), (QStringList{u"Good"_s, u"NoView"_s, u"Hidden"_s}));
     EXPECT_EQ(mndPlugins::info(plugins.pluginAtIndex(0)).string(u"name"_s), u"Good"_s);
     ASSERT_EQ(reports.all.size(), 4);
-    EXPECT_FALSE(reports.all[2].result) << "the second of an id is refused";
-    EXPECT_FALSE(reports.all[2].accepted);
+    EXPECT_FALSE(reports.all[2].result || reports.all[2].accepted) << "the second of an id";
     EXPECT_EQ(reports.all[3].path, services.supportFolder() + u"/Hidden.bundle"_s);
     EXPECT_TRUE(plugins.listContainsID(u"plugin.fixture.Good"_s));
     EXPECT_FALSE(plugins.listContainsID(u"plugin.fixture"_s));

@@ -4,9 +4,8 @@
 #include "tests/support/OutlineRows.h"
 
 /// A heading or entry of a tree, with its children as QObject children.
-class SourceItem : public QObject
+struct SourceItem : QObject
 {
-public:
     SourceItem(const QString &name, QObject *parent)
         : QObject(parent)
     {

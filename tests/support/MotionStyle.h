@@ -3,9 +3,8 @@
 #include <QProxyStyle>
 
 /// A desktop that asks for motion of a given length, in milliseconds; 0 asks for none.
-class MotionStyle : public QProxyStyle
+struct MotionStyle : QProxyStyle
 {
-public:
     int duration = 0;
 
     int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,

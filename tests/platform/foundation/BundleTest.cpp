@@ -37,10 +37,6 @@ TEST_F(BundleTest, ReadsItsInformationOnceOrSaysWhyNot)
     EXPECT_TRUE(bundle.infoProblem().isNull());
     write(u"Info.plist"_s, "{}");
     EXPECT_EQ(bundle.infoDictionary().size(), 2);
-}
-
-TEST_F(BundleTest, TakesNoExecutableFromElsewhere)
-{
     for (const char *name :
          {"\"\"", "\"..\"", "\".\"", "\"../x\"", "\"/bin/sh\"", "\"a\\000b\"", "(a)"}) {
         write(u"Info.plist"_s, QByteArray("{ CFBundleExecutable = ") + name + "; }");

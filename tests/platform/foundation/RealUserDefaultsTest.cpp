@@ -134,9 +134,9 @@ TEST_F(RealUserDefaultsTest, SaysWhenNothingCouldBeWrittenAndTriesAgain)
 
 TEST_F(RealUserDefaultsTest, KeepsTheOldFileWhenTheDiskIsFull)
 {
-    for (const QByteArray &before :
-         {QByteArray("[General]\na=int:1\n"), QByteArray("[General]\na=int:1\nno value\n")}) {
-        SCOPED_TRACE(before.toStdString());
+    for (const char *more : {"", "no value\n"}) {
+        const QByteArray before = QByteArray("[General]\na=int:1\n") + more;
+        SCOPED_TRACE(more);
         makeFile(m_path, before);
         RealUserDefaults defaults(m_path, &m_log);
         defaults.setValue(u"b"_s, QString(100, u'x'));
@@ -176,8 +176,7 @@ TEST_F(RealUserDefaultsTest, LeavesALinkAndItsPermissionsAlone)
     EXPECT_TRUE(defaults.synchronize());
     EXPECT_TRUE(QFileInfo(m_path).isSymLink());
     EXPECT_EQ(fileContent(real), "[General]\na=int:1\nb=int:2\n");
-    struct stat status
-    { };
+    struct stat status = {};
     ASSERT_EQ(::stat(QFile::encodeName(real).constData(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777U, 0600U);
 }

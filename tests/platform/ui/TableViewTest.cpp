@@ -4,9 +4,8 @@
 
 namespace {
 
-class Source : public QObject, public TableViewDataSource
+struct Source : QObject, TableViewDataSource
 {
-public:
     quint64 numberOfRowsInTableView(QObject *table) override
     {
         asked = table;
