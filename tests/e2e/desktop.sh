@@ -117,7 +117,7 @@ has_focus() { [[ $(xdotool getactivewindow 2>/dev/null) == "$(window "$@")" ]]; 
 # Whether the program knows where the window manager has put its window; clicks go by what it says.
 is_in_place() {
     local placed
-    placed=$(xwininfo -id "$(window)" | awk '/Absolute upper-left/ { printf "%s ", $NF }')
+    placed=$(xwininfo -id "$(window)" 2>/dev/null | awk '/Absolute upper-left/ { printf "%s ", $NF }')
     [[ $(objects frame "${1:-Solvane}") == "$placed"* ]]
 }
 

@@ -26,7 +26,7 @@ copy_application() {
 expect_fatal_alert() {
     start
     expect "the alert" has_window "Fatal error \\($1\\)"
-    expect "its text" shows label "Unable to load language file\\. .*https?://.*"
+    expect "its text" shows label "Unable to load language file[.] Please re-install Solvane and if the problem persists visit https?://[^ ]*"
     click "push button" OK
     expect_end 0
 }
