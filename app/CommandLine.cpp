@@ -58,6 +58,7 @@ CommandLine CommandLine::parse()
     CommandLine result;
     result.hidden = parser.isSet(hidden);
     result.safeMode = parser.isSet(safe);
+    result.touchBar = parser.isSet(touchBar);
     result.withoutPlugins = parser.values(without);
     result.listPlugins = parser.isSet(list);
     result.checkPlugin = parser.isSet(check) ? parser.value(check) : QString();

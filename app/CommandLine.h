@@ -9,6 +9,7 @@ struct CommandLine
     bool hidden = false; ///< start without showing the window
     bool listPlugins = false;
     bool safeMode = false;      ///< only the plugins that come with the application
+    bool touchBar = false;      ///< asked for by its option
     QStringList withoutPlugins; ///< ids or bundles to leave out of this run
     QString checkPlugin;        ///< path of a bundle; null for none
     QString breadcrumb;         ///< a check in a process of its own: where it tells how far it got
@@ -20,6 +21,9 @@ struct CommandLine
     {
         return checkPlugin.isNull() ? QStringList() : QStringList{checkPlugin} + documents;
     }
+
+    /// Whether there are options that count from a start to its end.
+    bool isForTheStart() const { return safeMode || touchBar || !withoutPlugins.isEmpty(); }
 
     /// Whether no window is shown and the program ends by itself.
     bool isDiagnosis() const { return listPlugins || !checkPlugin.isNull(); }

@@ -4,6 +4,7 @@
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/SystemServices.h"
 #include "plugin_host/PluginQuarantine.h"
+#include "plugin_host/SidebarTree.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -55,6 +56,8 @@ void PluginDiagnosis::list(QTextStream &out) const
         if (!report.accepted)
             out << (report.leftOut ? "left out: " : "refused: ") << printable(report.path) << ": "
                 << printable(report.problems.join(u"; "_s)) << '\n';
+        else if (const QString shared = sharedRowOf(report); !shared.isNull())
+            out << "note: " << printable(report.path) << ": " << printable(shared) << '\n';
     }
 }
 
@@ -86,6 +89,20 @@ QString PluginDiagnosis::rivalOf(const PluginLoadReport &report) const
     return found == m_reports.end() ? QString() : found->path;
 }
 
+QString PluginDiagnosis::sharedRowOf(const PluginLoadReport &report) const
+{
+    const auto isOfTheSameRow = [&](const PluginLoadReport &other) {
+        return other.accepted && other.heading == report.heading && other.name == report.name
+            && other.id != report.id;
+    };
+    const auto found = std::find_if(m_reports.begin(), m_reports.end(), isOfTheSameRow);
+    if (!report.accepted || report.name.isEmpty() || report.heading.isEmpty()
+        || report.heading == SidebarTree::hiddenHeading() || found == m_reports.end())
+        return {};
+    return u"its row \"%1\" below \"%2\" has the titles of that of %3: badges, icons and "
+           "showPlugin reach only one of them"_s.arg(report.name, report.heading, found->path);
+}
+
 int PluginDiagnosis::check(const QString &path, QObject &core, PluginQuarantine &quarantine,
                            QTextStream &out)
 {
@@ -106,6 +123,8 @@ int PluginDiagnosis::check(const QString &path, QObject &core, PluginQuarantine 
     if (const QString rival = report->accepted ? rivalOf(*report) : QString(); !rival.isNull())
         problems << u"\"%1\" is already the id of %2: one of them is refused"_s.arg(report->id,
                                                                                     rival);
+    if (const QString shared = sharedRowOf(*report); !shared.isNull())
+        problems << shared;
     const QString name = printable(bundle.fileName());
     for (const QString &problem : std::as_const(problems))
         out << name << ": " << printable(problem) << '\n';

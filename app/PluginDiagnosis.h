@@ -31,6 +31,8 @@ private:
     const PluginLoadReport *find(const QFileInfo &bundle) const;
     /// The path of another plugin with the same id; null for none.
     QString rivalOf(const PluginLoadReport &report) const;
+    /// What is wrong when another plugin's row has the same titles; null when none has.
+    QString sharedRowOf(const PluginLoadReport &report) const;
 
     QList<PluginLoadReport> m_reports;
     /// Until the end: the threads of one plugin may wait for the main thread while the next loads.

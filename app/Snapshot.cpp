@@ -1,5 +1,6 @@
 #include "app/Snapshot.h"
 
+#include "app/Printable.h"
 #include "host/mndAppDelegate.h"
 
 #include <QFileInfo>
@@ -11,9 +12,9 @@ int takeSnapshot(const mndAppDelegate &delegate, const QString &path)
     QTextStream out(stdout);
     QTextStream errors(stderr);
     for (const SourceListItem *heading : delegate.headings()) {
-        out << heading->title << '\n';
+        out << printable(heading->title) << '\n';
         for (const SourceListItem *row : heading->children)
-            out << "    " << row->title << '\n';
+            out << "    " << printable(row->title) << '\n';
     }
     if (!delegate.window()) {
         errors << "solvane: there is no window to take a picture of\n";

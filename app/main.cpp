@@ -4,6 +4,7 @@
 #include "app/PluginCheck.h"
 #include "app/PluginDiagnosis.h"
 #include "app/Preconditions.h"
+#include "app/Printable.h"
 #include "app/ReducedMotion.h"
 #include "app/SingleInstance.h"
 #include "app/Snapshot.h"
@@ -102,7 +103,7 @@ PluginQuarantine::Options quarantineOptions(const CommandLine &commandLine)
 void tellUnknownNames(const PluginQuarantine &quarantine)
 {
     for (const QString &name : quarantine.unknownNames())
-        QTextStream(stderr) << "solvane: no plugin is named \"" << name << "\"\n";
+        QTextStream(stderr) << "solvane: no plugin is named \"" << printable(name) << "\"\n";
 }
 
 /// In this process: whatever a plugin does to it ends it.
@@ -148,6 +149,10 @@ int run(const CommandLine &commandLine, Application &application)
     SingleInstance instance(application);
     // A picture is taken of this program, whatever else is running.
     if (commandLine.snapshot.isNull() && instance.claim() == SingleInstance::Second) {
+        if (commandLine.isForTheStart())
+            QTextStream(stderr)
+                << "solvane: it is running already; how it starts is decided when it "
+                   "starts the next time\n";
         if ((commandLine.hidden && commandLine.documents.isEmpty())
             || SingleInstance::passOn(commandLine.documents))
             return 0;

@@ -13,9 +13,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What a window manager adds around a window, generously; unknown before it is shown.
-constexpr int windowBorders = 48;
-
 std::unique_ptr<QWidget> mainMenu()
 {
     auto window = std::make_unique<MainWindow>();
@@ -28,7 +25,7 @@ std::unique_ptr<QWidget> mainMenu()
     // On a small or much enlarged screen nothing of the window may lie outside.
     const QRect room = desktopServices().screen->visibleFrame(window.get());
     if (room.isValid()) {
-        const QSize largest = room.size() - QSize(windowBorders, windowBorders);
+        const QSize largest = room.size() - QSize(Screen::windowBorders, Screen::windowBorders);
         window->setMinimumSize(window->minimumSize().boundedTo(largest));
         window->resize(window->size().boundedTo(largest));
     }

@@ -149,8 +149,23 @@ void mndAppDelegate::sourceListSelectionDidChange(const Notification &)
     if (!item)
         return;
     uiRevertToSystemTouchbar();
-    m_Plugins->doDisplayMainViewForPluginAtIndex(leadingNumber(item->identifier), pluginViewHost);
+    displayPage([&] {
+        m_Plugins->doDisplayMainViewForPluginAtIndex(leadingNumber(item->identifier),
+                                                     pluginViewHost);
+    });
     setSidebarNeedsDisplay();
+}
+
+void mndAppDelegate::displayPage(const std::function<void()> &display)
+{
+    const auto hasKeyboard = [this] {
+        return _window && pluginViewHost && pluginViewHost->isAncestorOf(_window->focusWidget());
+    };
+    const bool had = hasKeyboard();
+    display();
+    // With the page that had it the keyboard would go to whatever comes next.
+    if (had && sourceList && !hasKeyboard())
+        sourceList->setFocus();
 }
 
 void mndAppDelegate::sourceListDeleteKeyPressedOnRows(const Notification &) { }
@@ -176,7 +191,7 @@ bool mndAppDelegate::_showPlugin(const QString &id)
         return true;
     }
     const RowIndexes selected = sourceList ? sourceList->selectedRowIndexes() : RowIndexes();
-    m_Plugins->doDisplayMainViewForPluginById(id, pluginViewHost);
+    displayPage([&] { m_Plugins->doDisplayMainViewForPluginById(id, pluginViewHost); });
     setSidebarNeedsDisplay();
     // A plugin that led on to one with a row has selected that.
     if (sourceList && sourceList->selectedRowIndexes() == selected)

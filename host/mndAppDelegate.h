@@ -14,6 +14,7 @@
 #include <QUrl>
 
 #include <atomic>
+#include <functional>
 
 class mndAbout;
 class mndPlugins;
@@ -190,6 +191,7 @@ private:
     void localize(QAction *item, const char *key, const QString &fallback = {});
     Dictionary infoOfPlugin(const QString &id) const;
     void setSidebarNeedsDisplay();
+    void displayPage(const std::function<void()> &display);
     bool _showPlugin(const QString &id);
     void _highlightItem(const QString &heading, const QString &title);
     void _setBadge(const QString &heading, const QString &title, quint64 value);

@@ -46,6 +46,9 @@ class Screen
 {
 public:
     virtual ~Screen() = default;
+    /// What a window manager adds around a window, generously; unknown before it is shown.
+    static constexpr int windowBorders = 48;
+
     /// The part of the window's screen that panels and docks leave free.
     virtual QRect visibleFrame(const QWidget *window) const = 0;
 };

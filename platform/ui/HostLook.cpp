@@ -39,7 +39,16 @@ public:
             drawBodyOfWhiteTitle(*option, *painter);
         QProxyStyle::drawControl(element, option, painter, widget);
         if (element == CE_PushButton)
-            drawRingOfButton(*option, *painter);
+            drawRing(*option, *painter, option->rect);
+    }
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
+                       const QWidget *widget) const override
+    {
+        if (element == PE_PanelScrollAreaCorner)
+            painter->fillRect(option->rect, option->palette.color(QPalette::Base));
+        else
+            QProxyStyle::drawPrimitive(element, option, painter, widget);
     }
 
     QRect subControlRect(ComplexControl control, const QStyleOptionComplex *option, SubControl part,
@@ -59,6 +68,8 @@ public:
             ScrollBarLook::draw(*bar, *painter);
         else
             QProxyStyle::drawComplexControl(control, option, painter, widget);
+        if (control == CC_Slider)
+            drawRing(*option, *painter, subControlRect(control, option, SC_SliderHandle, widget));
     }
 
     int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
@@ -87,8 +98,9 @@ public:
     }
 
 private:
-    /// The style's own, a darker outline, can hardly be told from none.
-    static void drawRingOfButton(const QStyleOption &option, QPainter &painter)
+    /// Inside what has the keyboard and is drawn like a button. The style's own, a darker outline,
+    /// can hardly be told from none.
+    static void drawRing(const QStyleOption &option, QPainter &painter, const QRect &body)
     {
         constexpr State focused = State_HasFocus | State_KeyboardFocusChange;
         if ((option.state & focused) != focused)
@@ -98,7 +110,7 @@ private:
         painter.setPen(QPen(option.palette.color(QPalette::ButtonText), ringWidth));
         painter.setBrush(Qt::NoBrush);
         constexpr qreal inset = 2 + ringWidth / 2;
-        painter.drawRoundedRect(QRectF(option.rect).adjusted(inset, inset, -inset, -inset), 2, 2);
+        painter.drawRoundedRect(QRectF(body).adjusted(inset, inset, -inset, -inset), 2, 2);
         painter.restore();
     }
 

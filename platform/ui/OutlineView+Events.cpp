@@ -67,9 +67,8 @@ bool OutlineView::moveByKey(QKeyEvent *event)
     if (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))
         return false;
 
-    int lead = rowForItem(m_leadItem);
-    if (!m_leadItem || selectedRow() < 0)
-        lead = -1;
+    // Also where nothing is selected any more: a row that led elsewhere is no barrier.
+    const int lead = m_leadItem ? rowForItem(m_leadItem) : -1;
     const int page = std::max(1, int(viewport()->height() / std::max(m_rowHeight, 1.0)) - 1);
     int row = -1;
     switch (event->key()) {
@@ -96,6 +95,8 @@ bool OutlineView::moveByKey(QKeyEvent *event)
     default:
         return false;
     }
+    if (row < 0 && selectedRow() < 0) // no row to stay on
+        row = event->key() == Qt::Key_Up ? steppedRow(count - 1, -1, -1) : steppedRow(0, 1, count);
     if (row < 0)
         return true;
     const bool extends = event->modifiers() & Qt::ShiftModifier;

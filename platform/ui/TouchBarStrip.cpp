@@ -1,9 +1,13 @@
 #include "platform/ui/TouchBarStrip.h"
 
+#include "platform/ui/DesktopServices.h"
+
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QMainWindow>
 #include <QStatusBar>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -38,7 +42,10 @@ TouchBarStrip *TouchBarStrip::addTo(QMainWindow *window)
     paintStripGround(foot);
     auto *strip = new TouchBarStrip(window);
     foot->addWidget(strip, 1);
-    window->setMinimumHeight(window->minimumHeight() + foot->sizeHint().height());
+    const QRect room = desktopServices().screen->visibleFrame(window);
+    const int height = window->minimumHeight() + foot->sizeHint().height();
+    window->setMinimumHeight(
+        room.isValid() ? std::min(height, room.height() - Screen::windowBorders) : height);
     return strip;
 }
 

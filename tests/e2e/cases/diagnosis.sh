@@ -135,6 +135,11 @@ test_checks_several_bundles_and_a_new_build_of_an_installed_one() {
     diagnose --check-plugin "$HOME/Other.bundle"
     [[ $lines == "Other.bundle: \"plugin.fixture.Good\" is already the id of $plugins/Good.bundle: one of them is refused" ]] ||
         fail "a second one: $lines"
+    install_plugins NamedByFolder:Cleaning-Good
+    diagnose --list-plugins
+    [[ $lines == *$'\n'"note: $plugins/Cleaning-Good.bundle: its row \"Good\" below \"Cleaning\" has the titles of that of $plugins/Good.bundle: "* ]] ||
+        fail "two of the same titles: $lines"
+    rm -r "$plugins/Cleaning-Good.bundle"
     install_plugins ReturnsNil
     diagnose --check-plugin "$plugins/Good.bundle" "$plugins/ReturnsNil.bundle"
     ((status == 1)) || fail "status $status: $lines"

@@ -1,4 +1,5 @@
 #include "platform/ui/TouchBarStrip.h"
+#include "platform/ui/DesktopServices.h"
 #include "platform/ui/HostLook.h"
 #include "platform/ui/MainWindow.h"
 #include "platform/ui/ProgressIndicator.h"
@@ -35,8 +36,17 @@ public:
     }
 };
 
+struct OneScreen : Screen
+{
+    OneScreen() { desktopServices().screen = this; }
+    ~OneScreen() override { desktopServices().screen = nullptr; }
+    QRect visibleFrame(const QWidget *) const override { return room; }
+    QRect room{0, 0, 1600, 900};
+};
+
 struct TouchBarStripTest : testing::Test
 {
+    OneScreen screen;
     Maker maker;
     MainWindow window;
     QLineEdit *field = new QLineEdit;
@@ -69,6 +79,13 @@ struct TouchBarStripTest : testing::Test
 };
 
 } // namespace
+
+TEST_F(TouchBarStripTest, LeavesTheWindowSmallEnoughForItsScreen)
+{
+    screen.room.setHeight(240);
+    install(&window, {u"a"_s});
+    EXPECT_EQ(window.minimumHeight(), 240 - Screen::windowBorders);
+}
 
 TEST_F(TouchBarStripTest, StandsBelowTheContentAsLongAsThereIsABar)
 {
