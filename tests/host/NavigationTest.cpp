@@ -194,20 +194,6 @@ TEST_F(Navigation, ShowsNewBadgesAndIconsAtOnce)
     }
 }
 
-TEST_F(Navigation, KeepsTheKeyboardOffWhateverComesNextWhenItsPageGoes)
-{
-    ASSERT_TRUE(activate(*window));
-    for (const QString &next : {good, hidden}) {
-        EXPECT_TRUE(delegate->showPlugin(status));
-        auto *field = content()->findChild<QLabel *>();
-        field->setFocusPolicy(Qt::StrongFocus);
-        field->setFocus();
-        EXPECT_EQ(window->focusWidget(), field);
-        EXPECT_TRUE(delegate->showPlugin(next));
-        EXPECT_EQ(window->focusWidget(), list());
-    }
-}
-
 TEST_F(Navigation, TakesTheNumberThatAnIdentifierBeginsWith)
 {
     row(2)->identifier = u"item.2"_s;

@@ -131,6 +131,20 @@ TEST_F(WithTouchBar, EveryNavigationAndSheetEndRevertsToTheSystemBar)
     delegate->endModalSheet(&sheet);
 }
 
+TEST_F(WithTouchBar, KeepsTheKeyboardOffTheBarWhenItsPageGoes)
+{
+    ASSERT_TRUE(activate(*window));
+    for (const QString &next : {u"plugin.memboost"_s, u"plugin.tweaks"_s}) {
+        EXPECT_TRUE(delegate->showPlugin(u"plugin.status"_s));
+        auto *field = content()->findChild<QLabel *>();
+        field->setFocusPolicy(Qt::StrongFocus);
+        field->setFocus();
+        EXPECT_EQ(window->focusWidget(), field);
+        EXPECT_TRUE(delegate->showPlugin(next));
+        EXPECT_EQ(window->focusWidget(), list()) << qPrintable(next);
+    }
+}
+
 TEST_F(WithTouchBar, ThreadsFindDoneWhatTheyAskedFor)
 {
     Recorder target;

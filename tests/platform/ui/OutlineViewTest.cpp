@@ -148,18 +148,6 @@ TEST_F(OutlineViewTest, TellsOnceAfterAMouseDrag)
     EXPECT_EQ(tree.takeLog().join(u'|'), u"changing|changed");
 }
 
-TEST(OutlineViewCell, IsCutBetweenCharacters)
-{
-    const QString smile = u"\U0001F600"_s;
-    OutlineViewCell cell;
-    cell.text = smile.repeated(30);
-    const qreal whole = QFontMetricsF(cell.font).horizontalAdvance(cell.text);
-    for (int part = 1; part < 60; ++part) {
-        const QString cut = cell.elidedText(whole * part / 60);
-        EXPECT_EQ(cut.count(smile) * 2 + cut.count(u'…'), cut.size()) << part;
-    }
-}
-
 TEST_F(OutlineViewTest, MovesByKeys)
 {
     tree.refused = {tree.item(u"A"_s), tree.item(u"B"_s), tree.item(u"C"_s)};
