@@ -39,7 +39,8 @@ public:
             drawBodyOfWhiteTitle(*option, *painter);
         QProxyStyle::drawControl(element, option, painter, widget);
         if (element == CE_PushButton)
-            drawRing(*option, *painter, option->rect);
+            drawRing(*option, *painter, QRectF(option->rect).adjusted(2, 2, -2, -2),
+                     QPalette::ButtonText);
     }
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
@@ -69,7 +70,8 @@ public:
         else
             QProxyStyle::drawComplexControl(control, option, painter, widget);
         if (control == CC_Slider)
-            drawRing(*option, *painter, subControlRect(control, option, SC_SliderHandle, widget));
+            drawRing(*option, *painter, subControlRect(control, option, SC_SliderHandle, widget),
+                     QPalette::Highlight);
     }
 
     int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
@@ -98,19 +100,20 @@ public:
     }
 
 private:
-    /// Inside what has the keyboard and is drawn like a button. The style's own, a darker outline,
-    /// can hardly be told from none.
-    static void drawRing(const QStyleOption &option, QPainter &painter, const QRect &body)
+    /// Along the inside of what has the keyboard. The style's own, a darker outline, can hardly be
+    /// told from none.
+    static void drawRing(const QStyleOption &option, QPainter &painter, const QRectF &outline,
+                         QPalette::ColorRole color)
     {
         constexpr State focused = State_HasFocus | State_KeyboardFocusChange;
         if ((option.state & focused) != focused)
             return;
         painter.save();
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(option.palette.color(QPalette::ButtonText), ringWidth));
+        painter.setPen(QPen(option.palette.color(color), ringWidth));
         painter.setBrush(Qt::NoBrush);
-        constexpr qreal inset = 2 + ringWidth / 2;
-        painter.drawRoundedRect(QRectF(body).adjusted(inset, inset, -inset, -inset), 2, 2);
+        constexpr qreal inset = ringWidth / 2;
+        painter.drawRoundedRect(outline.adjusted(inset, inset, -inset, -inset), 2, 2);
         painter.restore();
     }
 

@@ -29,6 +29,10 @@ test_second_launch_brings_the_window_back() {
     expect "the sidebar" shows "tree item" Cleaning
 
     close_window
+    launch_again --safe-mode
+    grep -q "^solvane: it is running already" "$HOME/output" || fail "no word of what has no effect"
+    expect "the window to come back" has_window
+    close_window
     touch "$HOME/some document.txt"
     launch_again "$HOME/some document.txt"
     expect "the window to come back with a document" has_window
