@@ -72,8 +72,10 @@ TEST_F(Feedback, OpensAnAddressThatTellsElevenThings)
     EXPECT_EQ(outside().size(), 1) << "as often as it is asked for";
     services.workspaceOpens = false;
     item("miFeedback")->trigger();
-    EXPECT_TRUE(outside().value(1).endsWith(
-        u":\n\nhttps://feedback.solvane.example/inapp-feedback-v5|OK|"_s));
+    EXPECT_EQ(
+        outside().value(1),
+        u"alert Solvane|No web browser could be opened. You can visit this page with a browser "
+        "of your choice:\n\nhttps://feedback.solvane.example/inapp-feedback-v5|OK|"_s);
 }
 
 TEST(FeedbackAddress, TakesTheFactsAsTheyAre)

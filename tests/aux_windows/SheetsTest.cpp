@@ -51,12 +51,13 @@ TEST_F(Sheets, OfThePreferencesTakeTheirTextsFromTheLanguageFile)
         QStringList all{part<QCheckBox>("cbAutolaunch")->text()};
         for (const char *name : {"lblTitle", "lblAutolaunch", "lblClose", "lblDelay",
                                  "lblDelayInfo", "lblDelayMin", "lblDelayMax"})
-            all << text(name).left(40);
+            all << text(name).left(90);
         return all.join(u'|');
     };
     EXPECT_EQ(texts(),
-              u"Start Solvane at login|Preferences|Solvane starts by itself each time you l|Close|"
-              "Forced delay|How long you have to wait before you can|2s|15s"_s)
+              u"Start Solvane at login|Preferences|Solvane starts by itself each time you log in.|"
+              "Close|Forced delay|How long you have to wait before you can confirm an action that "
+              "cannot be undone.|2s|15s"_s)
         << "without a key, as designed";
     EXPECT_EQ(part<QSlider>("sliderDelay")->minimum(), 2);
     EXPECT_EQ(part<QSlider>("sliderDelay")->maximum(), 15);
@@ -73,7 +74,7 @@ TEST_F(Sheets, OfThePreferencesTakeTheirTextsFromTheLanguageFile)
     delegate->applicationDidFinishLaunching();
     services.runScheduled();
     open("miPrefs");
-    EXPECT_EQ(texts(), u"A|T|I|C|D|long words long words long words long wo|L|M"_s);
+    EXPECT_EQ(texts(), u"A|T|I|C|D|%1|L|M"_s.arg(u"long words "_s.repeated(9).left(90)));
     EXPECT_EQ(text("lblDelayValue"), u"10!"_s);
     EXPECT_GT(part("lblTitle")->parentWidget()->height(), 330)
         << "as designed: long texts get the room they need";

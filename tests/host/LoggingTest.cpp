@@ -158,6 +158,7 @@ TEST_F(Log, IsSwitchedByTheMenuWhichAsksBeforeItLogs)
         EXPECT_EQ(services.recorder.take(), events) << what;
         EXPECT_EQ(delegate->extendedLoggingValue(), after) << what;
         EXPECT_EQ(item("miExtendedLoggingEnable")->isChecked(), after) << what;
+        EXPECT_EQ(logLines().value(0), keepsLines ? u"16/11/2026 00:45 old"_s : QString());
         EXPECT_EQ(QFile::exists(logPath()), keepsLines) << what;
     }
     delegate->applicationWillTerminate();
