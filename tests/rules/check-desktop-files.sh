@@ -35,7 +35,9 @@ for language in "$prefix"/lib/solvane/Solvane.app/Contents/Resources/*.strings; 
     case $name in
         en) continue ;;
         pt-BR) name=pt_BR ;;
-        zh-Hans) name=zh_CN ;;
+        pt-PT) name=pt ;;
+        zh-Hans) name=zh ;;
+        zh-Hant) name=zh_TW ;;
     esac
     grep -q "^Comment\\[$name\\]=." "$desktop" || fail "The desktop file has no Comment[$name]"
 done
