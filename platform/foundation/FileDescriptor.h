@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QByteArrayView>
+
 #include <unistd.h>
 
 #include <cerrno>
@@ -54,4 +56,19 @@ auto uninterrupted(Call call)
     while (result == -1 && errno == EINTR)
         result = call();
     return result;
+}
+
+/// All of it, at the descriptor's place; false, with errno, when that failed on the way.
+inline bool writeAll(int descriptor, QByteArrayView bytes)
+{
+    while (!bytes.isEmpty()) {
+        const ssize_t count = uninterrupted(
+            [&] { return ::write(descriptor, bytes.data(), static_cast<size_t>(bytes.size())); });
+        if (count == 0)
+            errno = EIO;
+        if (count <= 0)
+            return false;
+        bytes = bytes.sliced(count);
+    }
+    return true;
 }

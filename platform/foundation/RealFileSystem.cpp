@@ -1,10 +1,9 @@
 #include "platform/foundation/RealFileSystem.h"
 
 #include "platform/foundation/FilePlace.h"
+#include "platform/foundation/FileReplacement.h"
 #include "platform/foundation/RegularFile.h"
 #include "platform/foundation/TreeRemoval.h"
-
-#include <QRandomGenerator>
 
 #include <sys/stat.h>
 
@@ -19,18 +18,6 @@ FileDescriptor openFile(const QString &path, int flags, mode_t mode = 0)
     const FilePlace place = FilePlace::of(path);
     return FileDescriptor(uninterrupted(
         [&] { return ::openat64(place.folder(), place.path(), flags | O_CLOEXEC, mode); }));
-}
-
-bool writeAll(int descriptor, QByteArrayView bytes)
-{
-    while (!bytes.isEmpty()) {
-        const ssize_t count = uninterrupted(
-            [&] { return ::write(descriptor, bytes.data(), static_cast<size_t>(bytes.size())); });
-        if (count <= 0)
-            return false;
-        bytes = bytes.sliced(count);
-    }
-    return true;
 }
 
 bool writeContent(FileDescriptor file, QByteArrayView content)
@@ -139,31 +126,11 @@ bool RealFileSystem::writeFile(const QString &path, QByteArrayView content)
 
 bool RealFileSystem::replaceFile(const QString &path, QByteArrayView content)
 {
-    const FilePlace place = FilePlace::inFolder(path);
-    if (place.isNowhere() || path.endsWith(u'/'))
-        return false;
-    // Short, so that it fits wherever the file's own name does.
-    const QByteArray made =
-        ".solvane-" + QByteArray::number(QRandomGenerator::system()->generate64(), 16);
-    constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-    FileDescriptor file(
-        uninterrupted([&] { return ::openat64(place.folder(), made.constData(), flags, 0666); }));
-    if (file.isOpen()) {
-        // A disk may say only at the end that it took nothing.
-        const bool isWritten = writeAll(file.number(), content)
-            && uninterrupted([&] { return ::fsync(file.number()); }) == 0 && file.close();
-        if (isWritten
-            && ::renameat(place.folder(), made.constData(), place.folder(), place.path()) == 0)
-            return true;
-        const int error = errno;
-        ::unlinkat(place.folder(), made.constData(), 0);
-        if (!isWritten)
-            return false;
-        errno = error;
-    }
+    const std::error_code error = ::replaceFile(path, content);
     constexpr std::array keepsItsEntries{EACCES, EPERM, EROFS, EBUSY};
-    return std::find(keepsItsEntries.begin(), keepsItsEntries.end(), errno) != keepsItsEntries.end()
-        && writeFile(path, content);
+    const bool isKept = std::find(keepsItsEntries.begin(), keepsItsEntries.end(), error.value())
+        != keepsItsEntries.end();
+    return !error || (isKept && writeFile(path, content));
 }
 
 std::unique_ptr<FileWriter> RealFileSystem::createForWriting(const QString &path,

@@ -8,7 +8,12 @@
 ///     SOLVANE_CLOCK_JUMPS  hours that the time of day is off, forwards and backwards by turns
 ///
 /// A full disk takes half of what is written, then nothing, and lets what is there be replaced.
+///
+/// A test that this is linked into says itself which calls fail: FailingCalls.
 
+#include "tests/faults/FailingCalls.h"
+
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -71,9 +76,19 @@ bool isMeant(const std::string &item)
     return false;
 }
 
+std::atomic<FailingCalls *> failingCalls = nullptr;
+
+int error()
+{
+    const FailingCalls *calls = failingCalls;
+    return calls ? calls->error : settings().error;
+}
+
 /// Whether the call is to fail; then errno says how. Otherwise errno stays as it was.
 bool fails(const char *call, const std::string &path)
 {
+    if (FailingCalls *calls = failingCalls)
+        return calls->meet(call, path);
     const Settings &with = settings();
     const int before = errno;
     const bool isFault = with.error != 0 && isMeant(path)
@@ -93,9 +108,10 @@ bool fails(const char *call, const std::string &path)
 bool failsToOpen(int folder, const char *path, int flags)
 {
     const bool writes = (flags & (O_ACCMODE | O_CREAT)) != O_RDONLY;
-    const bool makes = (flags & O_CREAT) && ::faccessat(folder, path, F_OK, 0) != 0;
+    const bool makes = (flags & O_TMPFILE) == O_TMPFILE
+        || ((flags & O_CREAT) && ::faccessat(folder, path, F_OK, 0) != 0);
     // A full disk still lets a file be opened that is there.
-    return writes && (makes || settings().error != ENOSPC) && fails("open", pathAt(folder, path));
+    return writes && (makes || error() != ENOSPC) && fails("open", pathAt(folder, path));
 }
 
 /// How many bytes of so many get to the disk; -1 for a failure.
@@ -106,10 +122,10 @@ ssize_t allowed(int descriptor, size_t size, off64_t place)
     if (descriptor <= STDERR_FILENO || ::fstat64(descriptor, &file) != 0 || !S_ISREG(file.st_mode))
         return static_cast<ssize_t>(size);
     const bool replaces = place >= 0 && place + static_cast<off64_t>(size) <= file.st_size;
-    if ((replaces && settings().error == ENOSPC) || !fails("write", pathOf(descriptor)))
+    if ((replaces && error() == ENOSPC) || !fails("write", pathOf(descriptor)))
         return static_cast<ssize_t>(size);
     isFull = !isFull;
-    return settings().error == ENOSPC && isFull && size > 1 ? static_cast<ssize_t>(size / 2) : -1;
+    return error() == ENOSPC && isFull && size > 1 ? static_cast<ssize_t>(size / 2) : -1;
 }
 
 /// The time, but hours too late, right and hours too early, in turns of half a second.
@@ -122,6 +138,29 @@ time_t jumped(time_t seconds)
 }
 
 } // namespace
+
+FailingCalls::FailingCalls(int number, std::string folder,
+                           std::function<bool(int, const std::string &)> isMeant)
+    : error(number)
+    , m_folder(std::move(folder) + '/')
+    , m_isMeant(std::move(isMeant))
+{
+    failingCalls = this;
+}
+
+FailingCalls::~FailingCalls()
+{
+    failingCalls = nullptr;
+}
+
+bool FailingCalls::meet(const char *call, const std::string &path)
+{
+    const int before = errno;
+    const bool isFault =
+        (path + '/').starts_with(m_folder) && m_isMeant(++m_calls, call + (' ' + path));
+    errno = isFault ? error : before;
+    return isFault;
+}
 
 // NOLINTBEGIN(bugprone-macro-parentheses): these are names and lists of parameters.
 /// Defines a function of the C library under its own name; "real" is the library's.
@@ -169,6 +208,8 @@ REPLACE(ssize_t, write, (int file, const void *data, size_t size),
         FAILS_OR(count < 0, (file, data, size_t(count))))
 REPLACE(int, mkdir, (const char *path, mode_t mode), FAILS_OR(fails("mkdir", path), (path, mode)))
 REPLACE(int, rename, (const char *from, const char *to), FAILS_OR(fails("rename", to), (from, to)))
+REPLACE(int, linkat, (int folder, const char *from, int target, const char *to, int flags),
+        FAILS_OR(fails("rename", pathAt(target, to)), (folder, from, target, to, flags)))
 REPLACE(int, renameat, (int folder, const char *from, int target, const char *to),
         FAILS_OR(fails("rename", pathAt(target, to)), (folder, from, target, to)))
 REPLACE(int, clock_gettime, (clockid_t clock, timespec *time), const int answer = real(clock, time);
