@@ -42,7 +42,7 @@ test_unreadable_file_falls_back_to_english() {
 test_no_language_file_is_fatal() {
     copy_application
     rm "$resources/en.strings"
-    LANG=sv_SE.UTF-8 expect_fatal_alert 1
+    LANG=fi_FI.UTF-8 expect_fatal_alert 1
     echo "no dictionary {" >"$resources/en.strings"
-    LANG=sv_SE.UTF-8 expect_fatal_alert 2
+    LANG=fi_FI.UTF-8 expect_fatal_alert 2
 }
