@@ -17,12 +17,15 @@ fail() {
     exit 1
 }
 
+# The clock's seconds and microseconds have the language's decimal mark between them, which is that of
+# the program that is being started.
+#
 # poll SECONDS COMMAND... - tries until the command succeeds.
 poll() {
-    local -i deadline=$((${EPOCHREALTIME/./} + $1 * 1000000))
+    local -i deadline=$((${EPOCHREALTIME//[!0-9]/} + $1 * 1000000))
     shift
     until "$@"; do
-        ((${EPOCHREALTIME/./} < deadline)) || return 1
+        ((${EPOCHREALTIME//[!0-9]/} < deadline)) || return 1
         sleep 0.05
     done
 }
@@ -35,7 +38,7 @@ expect() {
 }
 
 run_test() {
-    local subject=$1 name=$2 status=0 started=${EPOCHREALTIME/./}
+    local subject=$1 name=$2 status=0 started=${EPOCHREALTIME//[!0-9]/}
     picture=$pictures/$subject-${name#test_}.png
     mkdir -p "$pictures"
     rm -f "$picture"
@@ -55,7 +58,7 @@ run_test() {
     ) &
     wait $! || status=$?
     printf '%-6s %s (%d ms)\n' "$( ((status)) && echo FAILED || echo ok)" "$subject ${name#test_}" \
-        $(((${EPOCHREALTIME/./} - started) / 1000))
+        $(((${EPOCHREALTIME//[!0-9]/} - started) / 1000))
     return "$status"
 }
 
