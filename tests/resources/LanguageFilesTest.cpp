@@ -1,3 +1,4 @@
+#include "platform/foundation/PreferredLanguages.h"
 #include "platform/foundation/PropertyList.h"
 
 #include <QDirIterator>
@@ -130,6 +131,36 @@ TEST(LanguageFiles, SayInEnglishWhatTheFallbacksSay)
             EXPECT_EQ(english[match.captured(1)].toString().toStdString(), fallback.toStdString())
                 << qPrintable(match.captured(1)) << " in " << qPrintable(source);
         }
+    }
+}
+
+// As "de_AT" asks for "de-AT" alone, the language reaches its other regions by files named so.
+TEST(LanguageFiles, ServeEveryRegion)
+{
+    QStringList locales{u"pt_BR pt-BR"_s,   u"pt_PT pt-PT"_s,   u"zh_CN zh-Hans"_s,
+                        u"zh_SG zh-Hans"_s, u"zh_HK zh-Hant"_s, u"zh_TW zh-Hant"_s};
+    for (const QString &line :
+         captures(u"^([a-z].*)"_s, contentOf(root + u"/resources/languages/regions.txt"_s))) {
+        const QStringList codes = line.split(u' ');
+        for (const QString &region : codes.mid(1))
+            locales += codes[0] + u'_' + region + u' ' + codes[0];
+    }
+    EXPECT_GT(locales.size(), 50);
+    for (const QString &line : locales) {
+        const QString locale = line.section(u' ', 0, 0), language = line.section(u' ', 1);
+        const QString tag = preferredLanguages({}, [&](const char *) { return locale; }).value(0);
+        const Result<QVariant> found = PropertyList::read(
+            QStringLiteral(SOLVANE_APP_DIR) + u"/Contents/Resources/"_s + tag + u".strings"_s);
+        ASSERT_TRUE(found.ok()) << qPrintable(found.error());
+        QVariantMap expected = texts(language);
+        if (tag == u"de-CH"_s || tag == u"de-LI"_s) {
+            for (QVariant &text : expected)
+                text = text.toString()
+                           .replace(u"ß"_s, u"ss"_s)
+                           .replace(u'„', u'«')
+                           .replace(u'“', u'»');
+        }
+        EXPECT_EQ(found.value().toMap(), expected) << qPrintable(locale);
     }
 }
 

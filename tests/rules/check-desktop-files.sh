@@ -38,6 +38,7 @@ for language in "$prefix"/lib/solvane/Solvane.app/Contents/Resources/*.strings; 
         pt-PT) name=pt ;;
         zh-Hans) name=zh ;;
         zh-Hant) name=zh_TW ;;
+        *-*) name=${name%-*} ;; # which stands for all its regions
     esac
     grep -q "^Comment\\[$name\\]=." "$desktop" || fail "The desktop file has no Comment[$name]"
 done
