@@ -4,6 +4,8 @@
 #include "platform/foundation/Format.h"
 #include "platform/foundation/PropertyList.h"
 
+#include <QFileInfo>
+
 using namespace Qt::StringLiterals;
 
 LanguageFile LanguageFile::load(const Bundle &bundle, const QString &preferredLanguage)
@@ -36,6 +38,11 @@ bool LanguageFile::read(const QString &path)
     m_path = path;
     m_dictionary = list.value().toMap();
     return true;
+}
+
+QString LanguageFile::language() const
+{
+    return QFileInfo(m_path).completeBaseName();
 }
 
 std::optional<QString> LanguageFile::text(const QString &key) const

@@ -25,6 +25,8 @@ public:
     bool isLoaded() const { return m_outcome == Outcome::Loaded; }
     /// The file that was read; null unless loaded.
     const QString &path() const { return m_path; }
+    /// The language it is named by; null unless loaded.
+    QString language() const;
     const QVariantMap &dictionary() const { return m_dictionary; }
     /// Why files that were found could not be read, for a person. May hold an entry even when
     /// loaded: then English stands in.

@@ -92,8 +92,10 @@ void mndAppDelegate::localizeMenus()
     }
 
     // What shows no text of its own is read out.
-    if (sourceList)
+    if (sourceList) {
+        sourceList->setLocale(QLocale(_languageFile->language()));
         sourceList->setAccessibleName(stringResource(u"SZ_NAME_PLUGINS"_s, u"Plugins"_s));
+    }
     if (_helpbtn) {
         _helpbtn->setAccessibleName(stringResource(u"SZ_MENU_HELP"_s, u"Help"_s));
         _helpbtn->setToolTip(_helpbtn->accessibleName());

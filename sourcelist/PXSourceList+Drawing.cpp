@@ -106,7 +106,6 @@ OutlineViewCell PXSourceList::dataCellForRow(int row)
     if (isGroupItem(item)) {
         cell.font.setPixelSize(headingFontSize);
         cell.font.setBold(true);
-        cell.font.setCapitalization(QFont::AllUppercase);
         cell.textColor = headingText;
     }
     return cell;

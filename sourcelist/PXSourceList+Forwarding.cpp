@@ -142,6 +142,9 @@ OutlineViewCell PXSourceList::outlineViewDataCellForTableColumn(OutlineView *, i
 void PXSourceList::outlineViewWillDisplayCell(OutlineView *, OutlineViewCell &cell, int,
                                               OutlineItem item)
 {
+    // Not by the font, which knows no languages: the capital of "i" has a dot in Turkish.
+    if (isGroupItem(item))
+        cell.text = locale().toUpper(cell.text);
     if (judge())
         judge()->sourceListWillDisplayCell(this, cell, item);
 }

@@ -154,10 +154,14 @@ void OutlineView::keyboardSearch(const QString &search)
     m_search = goesOn ? m_search + search : search;
     const int count = numberOfRows();
     const int start = std::max(0, selectedRow() + (m_search.size() == 1 ? 1 : 0));
+    const QString lower = locale().toLower(m_search);
     for (int i = 0; i < count; ++i) {
         const int row = (start + i) % count;
         const QString text = preparedCellAtRow(row).text;
-        if (text.startsWith(m_search, Qt::CaseInsensitive) && mayBeSelected(row)) {
+        // Titles may be in another language than the reader's, and "i" has two capitals in Turkish.
+        const bool begins = text.startsWith(m_search, Qt::CaseInsensitive)
+            || locale().toLower(text).startsWith(lower);
+        if (begins && mayBeSelected(row)) {
             m_anchorItem = itemAtRow(row);
             proposeSelection({row}, row);
             return;

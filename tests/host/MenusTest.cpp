@@ -87,6 +87,7 @@ TEST_F(Host, LooksTextsUpWithoutEverFailing)
 {
     services.addResource(u"en.strings"_s, "EMPTY = \"\"; LIST = (1, 2); TEXT = found;");
     start();
+    EXPECT_EQ(list()->locale(), QLocale(u"en"_s)) << "its capitals are those of the texts";
     services.preferredLanguages = {u"de"_s, u"fr"_s};
     EXPECT_EQ(delegate->localizeLink(u"http://a/b?c"_s), u"http://a/b-de?c"_s);
     services.defaults[u"slvCore.elog"_s] = true;

@@ -45,6 +45,22 @@ TEST_F(PXSourceListTest, HeadingsAreNeverSelected)
     EXPECT_EQ(list.selectedRow(), -1);
 }
 
+TEST_F(PXSourceListTest, KnowsTheLettersOfItsLocale)
+{
+    BadgedTree titles(u"Diş(İnternet Isı)"_s);
+    for (const auto &[typed, rows] :
+         {std::pair(u"i"_s, u"Diş [İnternet] Isı"), std::pair(u"ı"_s, u"Diş İnternet [Isı]")}) {
+        PXSourceList turkish;
+        turkish.setLocale(QLocale(QLocale::Turkish));
+        turkish.setDelegate(&delegate);
+        turkish.setDataSource(&titles);
+        EXPECT_EQ(turkish.preparedCellAtRow(0).text, u"DİŞ");
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, typed);
+        QApplication::sendEvent(&turkish, &press);
+        EXPECT_EQ(rowsOf(turkish), rows);
+    }
+}
+
 TEST_F(PXSourceListTest, HeadingsThatStayOpenCannotBeClosed)
 {
     list.selectRowIndexes({1}, false);
