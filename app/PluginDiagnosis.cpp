@@ -1,6 +1,7 @@
 #include "app/PluginDiagnosis.h"
 
 #include "app/Printable.h"
+#include "host/mndAppDelegate.h"
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/SystemServices.h"
 #include "plugin_host/PluginQuarantine.h"
@@ -8,6 +9,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QWidget>
 
 #include <algorithm>
 #include <array>
@@ -40,7 +42,41 @@ void printTable(const QList<Row> &rows, QTextStream &out)
     }
 }
 
+/// Whether its row does not come under one of the headings that are there without it.
+bool isOfNoHeading(const PluginLoadReport &report, const SidebarTree::Headings &headings)
+{
+    constexpr qsizetype standardOnes = 5;
+    const auto isTitle = [&](const SourceListItem *one) { return one->title == report.heading; };
+    const auto known = headings.first(std::min(standardOnes, headings.size()));
+    return report.accepted && !report.heading.isEmpty()
+        && report.heading != SidebarTree::hiddenHeading()
+        && std::none_of(known.begin(), known.end(), isTitle);
+}
+
+/// Calls all that the host calls: a page is shown and hidden, on a screen that is none.
+void tryOut(mndPlugins &registry, const QObject *plugin)
+{
+    registry.performSelectorOnAllDelegates(Selector(u"onAllPluginsLoaded"_s));
+    QWidget area;
+    area.resize(540, 450);
+    area.show();
+    for (quint64 i = 0; i < registry.count(); ++i) {
+        if (registry.pluginAtIndex(i).value<QObject *>(u"obj"_s) == plugin)
+            registry.doDisplayMainViewForPluginAtIndex(i, &area);
+    }
+    area.grab();
+    mndPlugins::removeSubviews(&area);
+    registry.performSelectorOnAllDelegates(Selector(u"onViewHide"_s));
+}
+
 } // namespace
+
+void PluginDiagnosis::bundleHandled(const PluginLoadReport &report)
+{
+    if (report.accepted)
+        m_rows.insert({report.heading, report.name}, m_reports.size());
+    m_reports << report;
+}
 
 void PluginDiagnosis::list(QTextStream &out) const
 {
@@ -53,11 +89,14 @@ void PluginDiagnosis::list(QTextStream &out) const
     }
     printTable(rows, out);
     for (const PluginLoadReport &report : m_reports) {
-        if (!report.accepted)
-            out << (report.leftOut ? "left out: " : "refused: ") << printable(report.path) << ": "
-                << printable(report.problems.join(u"; "_s)) << '\n';
-        else if (const QString shared = sharedRowOf(report); !shared.isNull())
-            out << "note: " << printable(report.path) << ": " << printable(shared) << '\n';
+        QStringList said = report.problems;
+        if (const QString shared = sharedRowOf(report); !shared.isNull())
+            said << shared;
+        if (!said.isEmpty())
+            out << (report.accepted      ? "note: "
+                        : report.leftOut ? "left out: "
+                                         : "refused: ")
+                << printable(report.path) << ": " << printable(said.join(u"; "_s)) << '\n';
     }
 }
 
@@ -91,40 +130,71 @@ QString PluginDiagnosis::rivalOf(const PluginLoadReport &report) const
 
 QString PluginDiagnosis::sharedRowOf(const PluginLoadReport &report) const
 {
-    const auto isOfTheSameRow = [&](const PluginLoadReport &other) {
-        return other.accepted && other.heading == report.heading && other.name == report.name
-            && other.id != report.id;
-    };
-    const auto found = std::find_if(m_reports.begin(), m_reports.end(), isOfTheSameRow);
     if (!report.accepted || report.name.isEmpty() || report.heading.isEmpty()
-        || report.heading == SidebarTree::hiddenHeading() || found == m_reports.end())
+        || report.heading == SidebarTree::hiddenHeading())
+        return {};
+    const QList<qsizetype> rows = m_rows.values({report.heading, report.name});
+    const auto found = std::find_if(rows.rbegin(), rows.rend(),
+                                    [&](qsizetype row) { return m_reports[row].id != report.id; });
+    if (found == rows.rend())
         return {};
     return u"its row \"%1\" below \"%2\" has the titles of that of %3: badges, icons and "
-           "showPlugin reach only one of them"_s.arg(report.name, report.heading, found->path);
+           "showPlugin reach only one of them"_s.arg(report.name, report.heading,
+                                                     m_reports[*found].path);
 }
 
-int PluginDiagnosis::check(const QString &path, QObject &core, PluginQuarantine &quarantine,
-                           QTextStream &out)
+/// In a registry of its own, so that a new build can be checked while an older one is installed.
+mndPlugins &PluginDiagnosis::load(const QString &bundle, mndAppDelegate &delegate)
+{
+    mndPlugins &registry = *m_registries.emplace_back(std::make_unique<mndPlugins>(&delegate));
+    registry.setObserver(this);
+    registry.loadPluginFromPath(bundle);
+    return registry;
+}
+
+QStringList PluginDiagnosis::problemsOfCalls(const QObject *plugin) const
+{
+    constexpr int longest = 50; // milliseconds
+    QStringList problems;
+    for (const PluginCall &call : m_calls) {
+        if (call.plugin != plugin)
+            continue;
+        if (!call.exception.isNull())
+            problems << u"%1 threw an exception: %2"_s.arg(call.name, call.exception);
+        if (call.milliseconds > longest)
+            problems << u"%1 took %2 ms: everybody waits, and %3 ms is the limit"_s.arg(
+                call.name, milliseconds(call.milliseconds), QString::number(longest));
+    }
+    problems.removeDuplicates();
+    return problems;
+}
+
+int PluginDiagnosis::check(const QString &path, mndAppDelegate &delegate,
+                           PluginQuarantine &quarantine, QTextStream &out)
 {
     const QFileInfo bundle(QDir::cleanPath(path));
     const PluginLoadReport *report = bundle.exists() ? find(bundle) : nullptr;
+    mndPlugins *registry = delegate.plugins();
+    // Not the registry's own: what is left out elsewhere is checked all the same.
+    quarantine.enter(bundle.absoluteFilePath());
     if (!report) {
-        // In a registry of its own, so that a new build can be checked while an older one is
-        // installed.
-        auto &registry = m_registries.emplace_back(std::make_unique<mndPlugins>(&core));
-        registry->setObserver(this);
-        // Not the registry's own: what is left out elsewhere is checked all the same.
-        quarantine.enter(bundle.absoluteFilePath());
-        registry->loadPluginFromPath(bundle.absoluteFilePath());
-        quarantine.leave(bundle.absoluteFilePath());
+        registry = &load(bundle.absoluteFilePath(), delegate);
         report = &m_reports.last();
     }
-    QStringList problems = report->problems;
+    if (report->plugin)
+        tryOut(*registry, report->plugin);
+    quarantine.leave(bundle.absoluteFilePath());
+    QStringList problems = report->problems + problemsOfCalls(report->plugin);
     if (const QString rival = report->accepted ? rivalOf(*report) : QString(); !rival.isNull())
         problems << u"\"%1\" is already the id of %2: one of them is refused"_s.arg(report->id,
                                                                                     rival);
     if (const QString shared = sharedRowOf(*report); !shared.isNull())
         problems << shared;
+    if (isOfNoHeading(*report, delegate.headings()))
+        problems << u"its heading \"%1\" is none of the host's: it gets one of its own"_s.arg(
+            report->heading);
+    if (bundle.isSymLink() && report->accepted)
+        problems << u"it is a link: among the added plugins links are not followed"_s;
     const QString name = printable(bundle.fileName());
     for (const QString &problem : std::as_const(problems))
         out << name << ": " << printable(problem) << '\n';

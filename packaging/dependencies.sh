@@ -19,7 +19,7 @@ SOLVANE_DISPLAY_PACKAGES=(xvfb)
 # The tests drive real windows, buses and bundles, and hold the sources to their rules.
 SOLVANE_TEST_PACKAGES=(
     libgtest-dev libgmock-dev
-    clang-format clang-tidy
+    clang-format clang-tidy lld
     at-spi2-core dbus dbus-x11 desktop-file-utils python3
     fonts-noto-cjk imagemagick openbox wmctrl x11-utils xauth xclip xdotool
 )

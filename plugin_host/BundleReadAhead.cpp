@@ -2,6 +2,12 @@
 
 #include <system_error>
 
+namespace {
+
+constexpr std::size_t farthest = 32; // bundles
+
+} // namespace
+
 ReadBundle ReadBundle::open(const QString &path)
 {
     ReadBundle result{Bundle::open(path), nullptr};
@@ -26,26 +32,39 @@ BundleReadAhead::BundleReadAhead(const QStringList &paths)
         m_slots[i].path = paths[static_cast<qsizetype>(i)];
         m_byPath.insert(m_slots[i].path, &m_slots[i]);
     }
-    const auto readAll = [this] {
-        // The first one is wanted at once.
-        for (std::size_t i = 1; i < m_slots.size() && !m_stop; ++i) {
-            try {
-                read(m_slots[i]);
-            } catch (...) {
-                // Whoever takes it tries again and meets the same.
-            }
-        }
-    };
     try {
-        m_reader = std::thread(readAll);
+        m_reader = std::thread([this] { readAll(); });
     } catch (const std::system_error &) {
         // Without a thread each is read when it is taken.
     }
 }
 
+void BundleReadAhead::readAll()
+{
+    // The first one is wanted at once.
+    for (std::size_t i = 1; i < m_slots.size(); ++i) {
+        for (std::size_t taken = m_taken; i > taken + farthest && !m_stop; taken = m_taken)
+            m_taken.wait(taken);
+        if (m_stop)
+            return;
+        try {
+            read(m_slots[i]);
+        } catch (...) {
+            // Whoever takes it tries again and meets the same.
+        }
+    }
+}
+
+void BundleReadAhead::goOn(std::size_t taken)
+{
+    m_taken += taken;
+    m_taken.notify_one();
+}
+
 BundleReadAhead::~BundleReadAhead()
 {
     m_stop = true;
+    goOn(m_slots.size());
     if (m_reader.joinable())
         m_reader.join();
 }
@@ -61,5 +80,7 @@ ReadBundle BundleReadAhead::take(const QString &path)
     if (!slot)
         return ReadBundle::open(path);
     read(*slot);
-    return std::move(*slot->bundle);
+    ReadBundle result = std::move(*slot->bundle);
+    goOn(1);
+    return result;
 }

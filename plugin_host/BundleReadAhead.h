@@ -23,8 +23,9 @@ struct ReadBundle
     std::unique_ptr<BundleModule> module; ///< null without a bundle
 };
 
-/// Reads bundles on a thread of its own while the one before is still being started. Its methods
-/// are for one thread; the destructor waits until the bundle at hand is read.
+/// Reads bundles on a thread of its own while the one before is still being started, up to some
+/// that wait to be taken: each keeps a copy of its module open. Its methods are for one thread; the
+/// destructor waits until the bundle at hand is read.
 class BundleReadAhead
 {
 public:
@@ -43,9 +44,12 @@ private:
         std::optional<ReadBundle> bundle;
     };
     static void read(Slot &slot);
+    void readAll();
+    void goOn(std::size_t taken);
 
     std::vector<Slot> m_slots;
     QHash<QString, Slot *> m_byPath;
+    std::atomic<std::size_t> m_taken = 0;
     std::atomic<bool> m_stop = false;
     std::thread m_reader;
 };

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+class QObject;
+
 /// What became of one bundle.
 struct PluginLoadReport
 {
@@ -13,18 +15,29 @@ struct PluginLoadReport
     QString id;
     QString name;
     QString heading;
-    double milliseconds = 0; ///< from opening the bundle to its record
+    const QObject *plugin = nullptr; ///< of an accepted one; the registry's
+    double milliseconds = 0;         ///< from opening the bundle to its record
     /// Why it was refused, or what its author should know of an accepted one; a line each.
     QStringList problems;
     /// For a plugin that threw: the text meant for the user. The running host never shows it.
     QString message;
 };
 
-/// Told of every bundle that was handled, on the main thread. For diagnosis: the running host stays
-/// silent.
+/// One call into the code of a plugin.
+struct PluginCall
+{
+    const QObject *plugin;
+    QString name;
+    double milliseconds; ///< not counting those for which the machine kept it waiting
+    QString exception;   ///< what it threw; null for nothing
+};
+
+/// Told of every bundle that was handled, and of the host's own calls of its plugin from then on,
+/// on the main thread. For diagnosis: the running host stays silent.
 class PluginLoadObserver
 {
 public:
     virtual ~PluginLoadObserver() = default;
     virtual void bundleHandled(const PluginLoadReport &report) = 0;
+    virtual void pluginCalled(const PluginCall &) { }
 };

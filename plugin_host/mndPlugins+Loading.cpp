@@ -1,8 +1,10 @@
 #include "platform/foundation/ExceptionText.h"
 #include "platform/foundation/Format.h"
+#include "platform/foundation/OwnTime.h"
 #include "platform/foundation/Perform.h"
 #include "platform/foundation/ProductAddresses.h"
 #include "platform/foundation/SystemServices.h"
+#include "platform/foundation/WriteAccess.h"
 #include "plugin_host/BundleReadAhead.h"
 #include "plugin_host/mndCore.h"
 #include "plugin_host/mndPlugin.h"
@@ -88,12 +90,17 @@ QStringList remarks(const Dictionary &info, const QObject *plugin)
     QStringList found;
     if (!info.contains(u"id"_s))
         found << u"the info dictionary has no \"id\": other plugins cannot address it"_s;
+    else if (info.value(u"id"_s).typeId() != QMetaType::QString)
+        found << u"\"id\" is no QString: other plugins cannot address it"_s;
     if (!info.contains(u"name"_s))
         found << u"the info dictionary has no \"name\": its row has no title"_s;
     if (!info.contains(u"parent"_s))
         found
             << u"the info dictionary has no \"parent\": its row goes under a heading without title"_s;
-    if (!info.value<QWidget *>(u"view"_s))
+    if (info.contains(u"view"_s) && info.value(u"view"_s).metaType() != QMetaType()
+        && !info.value(u"view"_s).canConvert<QWidget *>())
+        found << u"\"view\" is no QWidget: it gets no row and is never shown"_s;
+    else if (!info.value<QWidget *>(u"view"_s))
         found << u"the info dictionary has no \"view\": it gets no row and is never shown"_s;
     for (const QString &key : {u"icon"_s, u"icon-selected"_s}) {
         if (info.contains(key) && info.value<QImage>(key).isNull())
@@ -109,6 +116,25 @@ QStringList remarks(const Dictionary &info, const QObject *plugin)
                  "Q_INTERFACES"_s;
     }
     return found;
+}
+
+/// Whoever can write into a plugin runs code of his own as the user. What can be said against one
+/// that comes with the application can be said against the application.
+bool isTrusted(const Bundle &bundle, PluginLoadReport &report)
+{
+    if (bundle.path().startsWith(systemServices().mainBundle->path() + u'/'))
+        return true;
+    for (const QString &file :
+         {bundle.path() + u"/Contents/Info.plist"_s, bundle.executablePath()}) {
+        const WriteAccess::Finding finding = WriteAccess::of(file);
+        if (!finding.refusal.isNull()) {
+            report.problems = {u"others could have changed it: "_s + finding.refusal};
+            return false;
+        }
+        if (!finding.remark.isNull() && report.problems.isEmpty())
+            report.problems << u"others could have changed it: "_s + finding.remark;
+    }
+    return true;
 }
 
 } // namespace
@@ -154,9 +180,13 @@ void mndPlugins::loadAllPlugins()
         m_quarantine && (!m_quarantine->culprit().isNull() || PluginQuarantine::isAnyLeftOut());
     if (paths.size() >= manyBundles && !isCautious)
         ahead.emplace(paths);
+    m_ids.emplace();
+    for (const Dictionary &record : std::as_const(_plugins))
+        m_ids->insert(info(record).string(u"id"_s));
     for (const QString &path : paths) {
         loadBundle(path, [&] { return ahead ? ahead->take(path) : ReadBundle::open(path); });
     }
+    m_ids.reset();
     if (m_observer)
         tellOfLinks();
 }
@@ -216,14 +246,27 @@ bool mndPlugins::load(const ReadBundle &read, PluginLoadReport &report)
     BundleModule &module = *read.module;
     if (isKeptOut(*bundle.value(), report))
         return false;
+    if (!isTrusted(*bundle.value(), report)) {
+        systemServices().systemLog->write(
+            u"%1 is not loaded: %2"_s.arg(report.path, report.problems.value(0)));
+        return false;
+    }
     if (!declaresPlugin(*bundle.value(), module, report.problems))
         return true;
+    const OwnTime constructing(m_observer != nullptr);
     const auto made = module.makePrincipalObject();
+    const double constructed = constructing.milliseconds();
     if (!made) {
         report.problems << made.error();
         return !module.isInUse();
     }
-    std::unique_ptr<QObject> object(made.value());
+    return initialize(std::unique_ptr<QObject>(made.value()), constructed, report);
+}
+
+/// @param constructed what making the object took, in milliseconds.
+bool mndPlugins::initialize(std::unique_ptr<QObject> object, double constructed,
+                            PluginLoadReport &report)
+{
     auto *plugin = qobject_cast<mndPlugin *>(object.get());
     if (!plugin) {
         report.problems << u"not a plugin: its root object does not implement mndPlugin"_s;
@@ -233,7 +276,9 @@ bool mndPlugins::load(const ReadBundle &read, PluginLoadReport &report)
     Dictionary parameters = Dictionary::make();
     parameters.setValue(u"bundle"_s, report.path);
     parameters.setValue(u"core"_s, QVariant::fromValue<QObject *>(m_core));
+    const OwnTime initializing(m_observer != nullptr);
     const Dictionary info = plugin->pluginInitialize(parameters);
+    const double initialized = initializing.milliseconds();
     if (info.isAbsent()) {
         report.problems << u"pluginInitialize: returned nothing"_s;
         return false;
@@ -241,7 +286,7 @@ bool mndPlugins::load(const ReadBundle &read, PluginLoadReport &report)
     report.id = info.string(u"id"_s);
     report.name = info.string(u"name"_s);
     report.heading = info.string(u"parent"_s);
-    if (info.contains(u"id"_s) && listContainsID(report.id)) {
+    if (info.contains(u"id"_s) && isTaken(report.id)) {
         report.problems << u"a plugin with the id \"%1\" is already loaded"_s.arg(report.id);
         return false;
     }
@@ -255,9 +300,20 @@ bool mndPlugins::load(const ReadBundle &read, PluginLoadReport &report)
         m_bundles.insert(object.get(), report.path);
         m_neverShown.insert(object.get());
     }
+    report.plugin = object.get();
     accept(info, std::move(object));
     report.accepted = true;
+    if (m_observer) {
+        m_observer->pluginCalled({report.plugin, u"making its object"_s, constructed, {}});
+        m_observer->pluginCalled({report.plugin, u"pluginInitialize"_s, initialized, {}});
+    }
     return true;
+}
+
+/// To look through all records for each new one would take longer than to load them.
+bool mndPlugins::isTaken(const QString &id) const
+{
+    return (!m_ids || m_ids->contains(id)) && listContainsID(id);
 }
 
 void mndPlugins::accept(const Dictionary &info, std::unique_ptr<QObject> plugin)
@@ -271,5 +327,7 @@ void mndPlugins::accept(const Dictionary &info, std::unique_ptr<QObject> plugin)
                      [record]() mutable { record.setValue(u"obj"_s, {}); });
     watchView(record);
     _plugins.append(record);
+    if (m_ids)
+        m_ids->insert(info.string(u"id"_s));
     plugin.release();
 }

@@ -1,6 +1,7 @@
 #include "plugin_host/mndPlugins.h"
 
 #include "platform/foundation/ExceptionText.h"
+#include "platform/foundation/OwnTime.h"
 #include "platform/foundation/Perform.h"
 #include "platform/foundation/SystemServices.h"
 #include "plugin_host/mndPlugin.h"
@@ -94,18 +95,6 @@ private:
     std::function<void()> m_painted;
 };
 
-/// A plugin's fault in a callback must not take the host along.
-template <typename Call>
-void quietly(const char *what, const Call &call) noexcept
-{
-    try {
-        call();
-    } catch (...) {
-        systemServices().systemLog->write(u"%1 of a plugin threw an exception: %2"_s.arg(
-            QLatin1StringView(what), currentExceptionText()));
-    }
-}
-
 /// Of an object that is on its way out nothing more can be asked.
 const void *address(const QVariant &object)
 {
@@ -116,6 +105,27 @@ const void *address(const QVariant &object)
 
 } // namespace
 
+/// A plugin's fault in a callback must not take the host along.
+void mndPlugins::quietly(const Dictionary &record, const char *what,
+                         void (mndPluginDelegate::*message)()) noexcept
+{
+    mndPluginDelegate *delegate = delegateOf(record);
+    if (!delegate)
+        return;
+    PluginCall call{record.value<QObject *>(u"obj"_s), QString::fromLatin1(what), 0, {}};
+    const OwnTime time(m_observer != nullptr);
+    try {
+        (delegate->*message)();
+    } catch (...) {
+        call.exception = currentExceptionText();
+        systemServices().systemLog->write(
+            u"%1 of a plugin threw an exception: %2"_s.arg(call.name, call.exception));
+    }
+    call.milliseconds = time.milliseconds();
+    if (m_observer)
+        m_observer->pluginCalled(call);
+}
+
 void mndPlugins::performSelectorOnAllDelegates(const Selector &selector)
 {
     broadcast(selector, [] { return true; });
@@ -125,17 +135,16 @@ void mndPlugins::broadcast(const Selector &selector, const std::function<bool()>
 {
     for (qsizetype i = 0; i < _plugins.size() && goOn(); ++i) {
         const Dictionary record = _plugins[i];
-        mndPluginDelegate *delegate = delegateOf(record);
-        if (!delegate)
+        if (!delegateOf(record))
             continue;
         // The protocol's own three are virtual: a plugin need not declare them as slots.
         if (selector.name() == "onViewShow"_L1)
-            quietly("onViewShow", [&] { delegate->onViewShow(); });
+            quietly(record, "onViewShow", &mndPluginDelegate::onViewShow);
         else if (selector.name() == "onViewHide"_L1)
-            quietly("onViewHide", [&] { delegate->onViewHide(); });
+            quietly(record, "onViewHide", &mndPluginDelegate::onViewHide);
         else if (selector.name() == "onAllPluginsLoaded"_L1)
             callWatched(record.value<QObject *>(u"obj"_s), [&] {
-                quietly("onAllPluginsLoaded", [&] { delegate->onAllPluginsLoaded(); });
+                quietly(record, "onAllPluginsLoaded", &mndPluginDelegate::onAllPluginsLoaded);
             });
         else if (selector.argumentCount() == 0)
             perform::sendQuietly(record.value<QObject *>(u"obj"_s), selector);
@@ -216,8 +225,7 @@ void mndPlugins::doDisplayMainViewForPluginAtIndex(quint64 index, QWidget *hostV
     if (!isCurrent())
         return;
     watchFirstShow(record.value<QObject *>(u"obj"_s), view);
-    if (mndPluginDelegate *delegate = delegateOf(record))
-        quietly("onViewShow", [&] { delegate->onViewShow(); });
+    quietly(record, "onViewShow", &mndPluginDelegate::onViewShow);
     if (!isCurrent())
         return;
     view->setParent(area);

@@ -12,10 +12,12 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 
 class Bundle;
 class PluginQuarantine;
+class mndPluginDelegate;
 class QAbstractButton;
 class QWidget;
 struct ReadBundle;
@@ -80,14 +82,20 @@ private:
     void tellOfLinks();
     bool loadBundle(const QString &path, const std::function<ReadBundle()> &read);
     bool load(const ReadBundle &read, PluginLoadReport &report);
+    bool initialize(std::unique_ptr<QObject> object, double constructed, PluginLoadReport &report);
     bool isKeptOut(const Bundle &bundle, PluginLoadReport &report) const;
     void watchView(const Dictionary &record);
     void watchFirstShow(QObject *plugin, QWidget *view);
     void callWatched(QObject *plugin, const std::function<void()> &call);
     void accept(const Dictionary &info, std::unique_ptr<QObject> plugin);
+    void quietly(const Dictionary &record, const char *what,
+                 void (mndPluginDelegate::*message)()) noexcept;
+    bool isTaken(const QString &id) const;
     void broadcast(const Selector &selector, const std::function<bool()> &goOn);
 
     QList<Dictionary> _plugins;
+    /// While all are loaded, the ids that were taken so far.
+    std::optional<QSet<QString>> m_ids;
     QObject *m_core;
     PluginLoadObserver *m_observer = nullptr;
     PluginQuarantine *m_quarantine = nullptr;

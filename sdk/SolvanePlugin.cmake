@@ -15,6 +15,12 @@
 # where plugin.json is written here and names the host API the bundle is built for.
 #
 # The public headers come with the target Solvane::Plugin.
+#
+# Symbols that nobody has fail the link, not the start. Add -Wl,-z,undefs to the target's link options
+# for a module that has to have some.
+#
+# Built outside of Solvane's own tree, `cmake --install` (or `ninja install`) puts the bundle where
+# added plugins live, below $HOME, in place of an older one.
 
 function(solvane_add_plugin target)
     cmake_parse_arguments(PARSE_ARGV 1 ARG "" "ID;VERSION;NAME;OUTPUT" "SOURCES;LIBS;RESOURCES")
@@ -71,6 +77,36 @@ function(solvane_add_plugin target)
         AUTOMOC ON PREFIX "" SUFFIX ".so" CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON
         LIBRARY_OUTPUT_DIRECTORY ${contents}/MacOS)
+    # Clang keeps a sanitizer's functions in the program: modules have them undefined.
+    set(sanitized $<FILTER:$<TARGET_PROPERTY:${target},COMPILE_OPTIONS>,INCLUDE,-fsanitize>)
+    if(NOT "${CMAKE_CXX_FLAGS} ${CMAKE_MODULE_LINKER_FLAGS}" MATCHES "-fsanitize")
+        target_link_options(${target} PRIVATE $<$<STREQUAL:${sanitized},>:-Wl,-z,defs>)
+    endif()
+    get_target_property(isOutside Solvane::Plugin IMPORTED)
+    if(isOutside)
+        # A folder cannot take the place of another: the new one lies beside it, whole, before the old
+        # one goes, and that comes back should the new one not get its name.
+        file(CONFIGURE OUTPUT ${generated}/install.cmake @ONLY CONTENT
+[[set(_name "@target@.bundle")
+set(_folder "$ENV{DESTDIR}$ENV{HOME}/Library/Application Support/Solvane")
+string(RANDOM LENGTH 8 _random)
+set(_new "${_folder}/.${_name}.${_random}.new")
+set(_old "${_folder}/.${_name}.${_random}.old")
+file(COPY "@ARG_OUTPUT@/@target@.bundle/" DESTINATION "${_new}" USE_SOURCE_PERMISSIONS)
+if(EXISTS "${_folder}/${_name}" OR IS_SYMLINK "${_folder}/${_name}")
+    file(RENAME "${_folder}/${_name}" "${_old}")
+endif()
+file(RENAME "${_new}" "${_folder}/${_name}" RESULT _failure)
+if(_failure)
+    file(RENAME "${_old}" "${_folder}/${_name}" RESULT _ignored)
+    file(REMOVE_RECURSE "${_new}")
+    message(FATAL_ERROR "${_folder}/${_name} could not be put in place: ${_failure}")
+endif()
+file(REMOVE_RECURSE "${_old}")
+message(STATUS "Installed: ${_folder}/${_name}")
+]])
+        install(SCRIPT ${generated}/install.cmake)
+    endif()
     foreach(resource IN LISTS ARG_RESOURCES)
         get_filename_component(name ${resource} NAME)
         configure_file(${resource} ${contents}/Resources/${name} COPYONLY)

@@ -1,5 +1,7 @@
 #include "platform/foundation/ElfTables.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <iterator>
 
@@ -18,6 +20,7 @@ constexpr Table tables[] = {
     {DT_STRTAB, DT_STRSZ, 1},
     {DT_RELA, DT_RELASZ, sizeof(Elf64_Rela)},
     {DT_JMPREL, DT_PLTRELSZ, sizeof(Elf64_Rela)},
+    {DT_RELR, DT_RELRSZ, sizeof(Elf64_Relr)},
     {DT_INIT_ARRAY, DT_INIT_ARRAYSZ, sizeof(Elf64_Addr)},
     {DT_FINI_ARRAY, DT_FINI_ARRAYSZ, sizeof(Elf64_Addr)},
 };
@@ -26,6 +29,7 @@ constexpr Table tables[] = {
 constexpr Elf64_Dyn fixedValues[] = {
     {DT_SYMENT, {sizeof(Elf64_Sym)}},
     {DT_RELAENT, {sizeof(Elf64_Rela)}},
+    {DT_RELRENT, {sizeof(Elf64_Relr)}},
     {DT_PLTREL, {DT_RELA}},
 };
 
@@ -93,7 +97,8 @@ QString ElfTables::problem()
         return u"its dynamic section leads out of it"_s;
     if (!countSymbols() || !symbolsFit() || !versionsFit())
         return u"its table of symbols leads out of it"_s;
-    if (!relocationsFit(DT_RELA, DT_RELASZ) || !relocationsFit(DT_JMPREL, DT_PLTRELSZ))
+    if (!relocationsFit(DT_RELA, DT_RELASZ) || !relocationsFit(DT_JMPREL, DT_PLTRELSZ)
+        || !packedRelocationsFit())
         return u"its relocations lead out of it"_s;
     return {};
 }
@@ -151,9 +156,10 @@ bool ElfTables::segmentsFit() const
     return std::all_of(m_segments.begin(), m_segments.end(), [this](const Elf64_Phdr &one) {
         switch (one.p_type) {
         case PT_DYNAMIC:
-            return segmentOf(one.p_vaddr, one.p_memsz, PF_R | PF_W) != nullptr;
+            // The loader writes into it, unless it says itself that nobody may.
+            return segmentOf(one.p_vaddr, one.p_memsz, PF_R | (one.p_flags & PF_W)) != nullptr;
         case PT_GNU_RELRO:
-            return segmentOf(one.p_vaddr, one.p_memsz, PF_W) != nullptr;
+            return protectedPartFits(one);
         case PT_TLS:
             return one.p_filesz <= one.p_memsz && (one.p_align == 0 || isPowerOfTwo(one.p_align))
                 && at(one.p_vaddr, one.p_filesz) != nullptr;
@@ -164,6 +170,22 @@ bool ElfTables::segmentsFit() const
             return true;
         }
     });
+}
+
+/// The loader makes its whole pages unwritable once all is bound. Some linkers have it go on to the
+/// end of the segment's last page.
+bool ElfTables::protectedPartFits(const Elf64_Phdr &part) const
+{
+    const auto page = static_cast<quint64>(::getpagesize());
+    const Elf64_Phdr *segment = segmentOf(part.p_vaddr, 0, PF_W);
+    if (!segment || part.p_memsz > ~part.p_vaddr)
+        return false;
+    const quint64 end = (part.p_vaddr + part.p_memsz) / page * page;
+    const auto next = std::find_if(m_segments.begin(), m_segments.end(), [&](const auto &one) {
+        return one.p_type == PT_LOAD && one.p_vaddr > segment->p_vaddr;
+    });
+    const quint64 last = segment->p_vaddr + segment->p_memsz;
+    return end <= (next == m_segments.end() ? (last + page - 1) : next->p_vaddr) / page * page;
 }
 
 bool ElfTables::readDynamic()
@@ -376,11 +398,51 @@ bool ElfTables::relocationsFit(qint64 table, qint64 size) const
 #endif
         if (type == R_X86_64_NONE)
             continue;
-        const bool hitsDynamic = one.r_offset + sizeof(Elf64_Addr) > m_dynamicSegment.p_vaddr
-            && one.r_offset < m_dynamicSegment.p_vaddr + m_dynamicSegment.p_memsz;
-        if (hitsDynamic || ELF64_R_SYM(one.r_info) >= m_symbols
-            || !segmentOf(one.r_offset, sizeof(Elf64_Addr), writable))
+        if (ELF64_R_SYM(one.r_info) >= m_symbols || !isRelocatable(one.r_offset, writable))
             return false;
     }
     return true;
+}
+
+/// Addresses, and after each the bits of the 63 words that follow it or the bits before.
+bool ElfTables::packedRelocationsFit() const
+{
+    constexpr quint64 word = sizeof(Elf64_Addr);
+    constexpr int bits = 63;
+    const quint64 count = value(DT_RELRSZ) / sizeof(Elf64_Relr);
+    const quint32 writable = has(DT_TEXTREL) ? 0 : PF_W;
+    quint64 place = 0;
+    for (quint64 i = 0; i < count; ++i) {
+        const auto entry = read<Elf64_Relr>(value(DT_RELR) + i * sizeof(Elf64_Relr));
+        if ((entry & 1) == 0) {
+            if (!isRelocatable(entry, writable))
+                return false;
+            place = entry + word;
+            continue;
+        }
+        for (int bit = 0; bit < bits; ++bit) {
+            if ((entry >> (bit + 1) & 1) != 0
+                && !isRelocatable(place + static_cast<quint64>(bit) * word, writable))
+                return false;
+        }
+        place += bits * word;
+    }
+    return true;
+}
+
+bool ElfTables::isRelocatable(quint64 address, quint32 flags) const
+{
+    const bool hitsDynamic = address + sizeof(Elf64_Addr) > m_dynamicSegment.p_vaddr
+        && address < m_dynamicSegment.p_vaddr + m_dynamicSegment.p_memsz;
+    return !hitsDynamic && segmentOf(address, sizeof(Elf64_Addr), flags);
+}
+
+QList<QByteArray> ElfTables::strings(qint64 tag) const
+{
+    QList<QByteArray> found;
+    for (const Elf64_Dyn &entry : m_dynamic) {
+        if (entry.d_tag == tag)
+            found << QByteArray(at(value(DT_STRTAB) + entry.d_un.d_val, 1));
+    }
+    return found;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArrayView>
+#include <QList>
 #include <QString>
 
 #include <cstring>
@@ -20,6 +21,9 @@ public:
     /// would not.
     QString problem();
 
+    /// The strings of that tag in the dynamic section, in order. Only after problem() found none.
+    QList<QByteArray> strings(qint64 tag) const;
+
 private:
     template <typename T>
     T read(quint64 address) const
@@ -36,6 +40,7 @@ private:
     quint64 value(qint64 tag) const;
 
     bool segmentsFit() const;
+    bool protectedPartFits(const Elf64_Phdr &part) const;
     bool readDynamic();
     bool tablesFit() const;
     bool stringsFit() const;
@@ -47,6 +52,8 @@ private:
     template <typename Entry, typename Detail, typename Check>
     bool versionListFits(qint64 list, qint64 count, const Check &fits) const;
     bool relocationsFit(qint64 table, qint64 size) const;
+    bool packedRelocationsFit() const;
+    bool isRelocatable(quint64 address, quint32 flags) const;
 
     QByteArrayView m_file;
     std::vector<Elf64_Phdr> m_segments;

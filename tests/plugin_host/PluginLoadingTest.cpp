@@ -2,6 +2,8 @@
 #include "plugin_host/SidebarTree.h"
 #include "support/TestServices.h"
 
+#include <dlfcn.h>
+
 namespace {
 
 struct Reports : PluginLoadObserver
@@ -93,6 +95,72 @@ TEST_F(PluginLoading, LoadsAModuleOnceHoweverManyBundlesLeadToIt)
     EXPECT_NE(plugins.pluginAtIndex(0).value<QObject *>(u"obj"_s), nullptr);
 }
 
+TEST_F(PluginLoading, IsNotReachedByWhatHappensToTheFile)
+{
+    const QStringList names{u"Good"_s, u"LinkedByLld"_s};
+    for (const QString &name : names)
+        services.addFixture(name, services.resources());
+    plugins.loadAllPlugins();
+    ASSERT_EQ(ids(), names);
+    for (quint64 i = 0; i < plugins.count(); ++i) {
+        const QString &name = names[static_cast<qsizetype>(i)];
+        const QString module = own(u"%1.bundle/Contents/MacOS/%1.so"_s.arg(name));
+        // As cp does, which writes into the file that is there.
+        ASSERT_TRUE(QFile(module).resize(0));
+        QObject *plugin = plugins.pluginAtIndex(i).value<QObject *>(u"obj"_s);
+        EXPECT_TRUE(QMetaObject::invokeMethod(plugin, "replaceView"));
+        Dl_info known = {};
+        EXPECT_NE(::dladdr(*reinterpret_cast<void **>(plugin), &known), 0);
+        EXPECT_EQ(QString::fromUtf8(known.dli_fname), module) << "who is blamed for a crash";
+    }
+}
+
+TEST_F(PluginLoading, RefusesBundlesThatOthersCouldHaveWritten)
+{
+    const char *module = "MacOS/Good.so", *info = "Info.plist", *folder = "MacOS", *above = "../..";
+    const uid_t user = ::geteuid(), other = user + 1000;
+    struct
+    {
+        const char *path;
+        mode_t mode;
+        uid_t owner;
+        gid_t group;
+        bool accepted;
+        const char *said;
+    } const cases[] = {
+        {module, 0644, user, ::getegid(), true, nullptr},
+        {module, 0666, user, ::getegid(), false, "everybody may write"},
+        {info, 0606, user, ::getegid(), false, "everybody may write"},
+        {folder, 0777, user, ::getegid(), false, "everybody may write"},
+        {above, 0777, user, ::getegid(), false, "everybody may write"},
+        {above, 01777, user, ::getegid(), true, nullptr},
+        {module, 0664, user, 0, true, nullptr},
+        {module, 0664, user, 1, true, "the group "},
+        {folder, 0775, user, 1, true, "the group "},
+        {module, 0644, other, ::getegid(), false, "belongs to "},
+        {above, 0755, other, ::getegid(), false, "belongs to "},
+    };
+    int number = 0;
+    for (const auto &one : cases) {
+        const QString place = services.supportFolder() + u'/' + QString::number(++number);
+        services.addFixture(u"Good"_s, place);
+        const QByteArray path = (place + u"/Good.bundle/Contents/"_s).toUtf8() + one.path;
+        // Only root gives files away.
+        if (::chown(path.constData(), one.owner, one.group) != 0 && user != 0)
+            continue;
+        ASSERT_EQ(::chmod(path.constData(), one.mode), 0) << path.constData();
+        mndPlugins registry(nullptr);
+        registry.setObserver(&reports);
+        EXPECT_EQ(registry.loadPluginFromPath(place + u"/Good.bundle"_s), one.accepted) << number;
+        EXPECT_EQ(registry.count(), one.accepted ? 1U : 0U) << number;
+        const QString problems = reports.all.last().problems.join(u'\n');
+        EXPECT_EQ(problems.isEmpty(), !one.said) << number << qPrintable(problems);
+        EXPECT_TRUE(problems.contains(QLatin1StringView(one.said)))
+            << number << qPrintable(problems);
+    }
+    EXPECT_EQ(services.recorder.take().filter(u"is not loaded"_s).isEmpty(), false);
+}
+
 TEST_F(PluginLoading, HoldsOutAmongTenThousandEntries)
 {
     const QDir folder(services.supportFolder());
@@ -142,7 +210,7 @@ TEST_F(PluginLoading, RefusesBrokenAndDamagedBundlesWithAReason)
         {"ThrowsInInitialize", {}, false, "pluginInitialize: of the fixture"},
         {"NotAPlugin", {}, true, "org.example.SomethingElse/1"},
         {"OtherApi", {}, true, "host API 5"},
-        {"UnresolvedSymbol", {}, true, "solvane_fixture_symbol_that_nobody_has"},
+        {"UnresolvedSymbol", {}, true, "Fixture::symbolThatNobodyHas(char const*)"},
         {"Good", [](auto &c) { QDir(c).removeRecursively(); }, true, "Info.plist"},
         {"Good", [&](auto &c) { QFile::remove(c + info); }, true, "Info.plist"},
         {"Good", [&](auto &c) { makeFile(c + info, garbage); }, true, "Info.plist"},

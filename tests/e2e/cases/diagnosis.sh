@@ -33,7 +33,7 @@ ThrowsInConstructor.bundle: .*constructor of the fixture
 ThrowsInInitialize.bundle: .*pluginInitialize: of the fixture
 Truncated.bundle: .*cut off
 Twin.bundle: .*"plugin.fixture.Good" is already loaded
-UnresolvedSymbol.bundle: .*solvane_fixture_symbol_that_nobody_has
+UnresolvedSymbol.bundle: .*Fixture::symbolThatNobodyHas\(char const\*\)
 END
     (($(grep -c ^refused: <<<"$lines") == 9)) || fail "more was refused: $lines"
 }
@@ -54,6 +54,32 @@ ThrowsInInitialize 1 it threw an exception
 Missing 1 .*is no folder
 NotADelegate 1 what mndPluginDelegate has is never called
 END
+}
+
+test_calls_what_the_host_calls_and_says_what_is_odd() {
+    local bundle line
+    install_plugins Good
+    ln -s "$fixtures/Good/Good.bundle" "$HOME/Good.bundle"
+    while read -r bundle line; do
+        [[ -e $HOME/$bundle.bundle ]] || cp -R "$fixtures/$bundle/$bundle.bundle" "$HOME/"
+        diagnose --check-plugin "$HOME/$bundle.bundle"
+        ((status == 1)) || fail "$bundle: status $status: $lines"
+        grep -Eqx "$bundle.bundle: $line" <<<"$lines" || fail "$bundle: no \"$line\" in: $lines"
+    done <<'END'
+ThrowsInCallbacks onAllPluginsLoaded threw an exception: callback of the fixture
+ThrowsInCallbacks onViewShow threw an exception: callback of the fixture
+ThrowsInCallbacks onViewHide threw an exception: callback of the fixture
+CrashesOnShow it took the program down: Aborted
+SlowToShow onViewShow took [0-9.]+ ms: .*50 ms is the limit
+OddHeading its heading "Oddities" is none of the host's: .*
+WrongTypes "id" is no QString: .*
+WrongTypes "view" is no QWidget: .*
+Good it is a link: .*
+END
+    chmod o+w "$plugins/Good.bundle/Contents/Info.plist"
+    diagnose --list-plugins
+    [[ $lines == *"refused: $plugins/Good.bundle: others could have changed it: everybody may write $plugins/Good.bundle/Contents/Info.plist"* ]] ||
+        fail "writable: $lines"
 }
 
 test_says_its_line_of_a_bundle_that_ends_the_process() {
