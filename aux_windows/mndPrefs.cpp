@@ -4,6 +4,7 @@
 #include "helpers/mndHelpers.h"
 #include "platform/foundation/Format.h"
 #include "platform/foundation/SystemServices.h"
+#include "platform/ui/Mnemonics.h"
 
 #include <QSignalBlocker>
 
@@ -25,7 +26,7 @@ template <typename Control>
 void retitle(mndCore &core, const QPointer<Control> &control, const QString &key)
 {
     if (control)
-        control->setText(core.stringResource(key, control->text()));
+        control->setText(core.stringResource(key, mnemonics::plainTitle(control->text())));
 }
 
 } // namespace
@@ -80,6 +81,7 @@ void mndPrefs::updateUI()
         sliderDelay->setValue(helpers->forcedDelayValue());
     }
     showDelay();
+    mnemonics::assign(window());
     fitToTexts();
 }
 
@@ -99,8 +101,10 @@ void mndPrefs::fillTexts()
         lblDelayMax->setText(host.stringResource(u"SZ_PREFS_SECONDS_MAX"_s, u"15s"_s));
     if (cbAutolaunch && lblAutolaunch)
         cbAutolaunch->setAccessibleDescription(lblAutolaunch->text());
-    if (sliderDelay && lblDelay)
+    if (sliderDelay && lblDelay) {
+        lblDelay->setBuddy(sliderDelay);
         sliderDelay->setAccessibleName(lblDelay->text());
+    }
 }
 
 /// Assistive technology reads the slider's number by itself; the description adds the unit.

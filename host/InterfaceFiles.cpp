@@ -3,6 +3,7 @@
 #include "platform/ui/DesktopServices.h"
 #include "platform/ui/InterfaceFile.h"
 #include "platform/ui/MainWindow.h"
+#include "platform/ui/WindowFrameMemory.h"
 #include "ui_About.h"
 #include "ui_MainMenu.h"
 #include "ui_Prefs.h"
@@ -29,6 +30,7 @@ std::unique_ptr<QWidget> mainMenu()
         window->setMinimumSize(window->minimumSize().boundedTo(largest));
         window->resize(window->size().boundedTo(largest));
     }
+    new WindowFrameMemory(window.get(), u"slvCore.window"_s);
     return window;
 }
 

@@ -38,6 +38,8 @@ public:
         if (element == CE_CheckBoxLabel || element == CE_RadioButtonLabel)
             drawBodyOfWhiteTitle(*option, *painter);
         QProxyStyle::drawControl(element, option, painter, widget);
+        if (element == CE_MenuBarItem)
+            drawLeadOfMenuBar(*option, *painter);
         if (element == CE_PushButton)
             drawRing(*option, *painter, QRectF(option->rect).adjusted(2, 2, -2, -2),
                      QPalette::ButtonText);
@@ -114,6 +116,20 @@ private:
         painter.setBrush(Qt::NoBrush);
         constexpr qreal inset = ringWidth / 2;
         painter.drawRoundedRect(outline.adjusted(inset, inset, -inset, -inset), 2, 2);
+        painter.restore();
+    }
+
+    /// The title that Alt or the arrow keys have reached while no menu is open yet. The style marks
+    /// only those whose menu is open.
+    static void drawLeadOfMenuBar(const QStyleOption &option, QPainter &painter)
+    {
+        if (!(option.state & State_Selected) || (option.state & State_Sunken))
+            return;
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(option.palette.color(QPalette::Highlight), ringWidth));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRoundedRect(QRectF(option.rect).adjusted(1, 1, -1, -1), 3, 3);
         painter.restore();
     }
 

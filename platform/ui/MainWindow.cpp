@@ -15,6 +15,7 @@ MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent)
 {
     new QShortcut(Qt::Key_F10, this, this, &MainWindow::openMenus);
+    new QShortcut(QKeySequence::Close, this, this, &QWidget::close);
 }
 
 void MainWindow::setBackgroundColor(const QColor &color)

@@ -19,7 +19,7 @@ public:
 #define WindowDelegate_iid "com.solvane.WindowDelegate/6"
 Q_DECLARE_INTERFACE(WindowDelegate, WindowDelegate_iid)
 
-/// The application's main window. F10 opens its first menu. Main thread.
+/// The application's main window. F10 opens its first menu, Ctrl+W closes it. Main thread.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT

@@ -39,6 +39,35 @@ private:
     std::function<void()> m_doIt;
 };
 
+/// Shows where the keyboard is, as soon as it is used: nothing else on such a page would.
+class ScrollingPage : public QScrollArea
+{
+public:
+    using QScrollArea::QScrollArea;
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        QScrollArea::paintEvent(event);
+        if (!hasFocus() || !window()->testAttribute(Qt::WA_KeyboardFocusChange))
+            return;
+        QPainter painter(viewport());
+        constexpr int ringWidth = 2;
+        painter.setPen(QPen(look::accent, ringWidth));
+        painter.drawRect(viewport()->rect().adjusted(1, 1, -1, -1));
+    }
+    void focusInEvent(QFocusEvent *event) override
+    {
+        QScrollArea::focusInEvent(event);
+        viewport()->update();
+    }
+    void focusOutEvent(QFocusEvent *event) override
+    {
+        QScrollArea::focusOutEvent(event);
+        viewport()->update();
+    }
+};
+
 } // namespace
 
 namespace look {
@@ -88,7 +117,7 @@ void paintWhite(QWidget *widget)
 QWidget *addScrollingColumn(QWidget *view, const QString &name)
 {
     paintWhite(view);
-    auto *area = new QScrollArea(view);
+    auto *area = new ScrollingPage(view);
     // Without a layout, which would measure all of the page as soon as it is chosen.
     FillsParent::install(area);
     area->setFrameShape(QFrame::NoFrame);

@@ -8,7 +8,8 @@
 #include <cmath>
 
 HistoryChart::HistoryChart(const QColor &color)
-    : m_color(color)
+    : ShareView(QAccessible::Chart)
+    , m_color(color)
 {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
@@ -17,7 +18,9 @@ void HistoryChart::addSample(double share)
 {
     if (m_samples.size() == std::size_t(capacity))
         m_samples.pop_front();
-    m_samples.push_back(std::clamp(share, 0.0, 1.0));
+    setShare(share);
+    m_samples.push_back(this->share());
+    update(); // the line moves on, even where the share stays
     update();
 }
 

@@ -1,12 +1,13 @@
 #pragma once
 
+#include "plugins/common/ShareView.h"
+
 #include <QColor>
-#include <QWidget>
 
 #include <deque>
 
 /// The last samples of a share as a filled line that moves to the left.
-class HistoryChart : public QWidget
+class HistoryChart : public ShareView
 {
 public:
     static constexpr int capacity = 60;

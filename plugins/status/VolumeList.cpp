@@ -4,10 +4,13 @@
 
 #include "plugins/common/ElidedLabel.h"
 #include "plugins/common/Look.h"
+#include "plugins/common/ShareView.h"
 
 #include <QGridLayout>
 #include <QPainter>
 #include <QVBoxLayout>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -17,18 +20,19 @@ namespace {
 constexpr int almostFull = 90;
 
 /// A thin rounded bar.
-class UsageBar : public QWidget
+class UsageBar : public ShareView
 {
 public:
-    UsageBar() { setFixedHeight(8); }
-
-    void setShare(double share, const QColor &color)
+    UsageBar()
+        : ShareView(QAccessible::ProgressBar)
     {
-        if (share == m_share && color == m_color)
-            return;
-        m_share = share;
-        m_color = color;
-        update();
+        setFixedHeight(8);
+    }
+
+    void setColor(const QColor &color)
+    {
+        if (std::exchange(m_color, color) != color)
+            update();
     }
 
 protected:
@@ -41,11 +45,11 @@ protected:
         const double radius = all.height() / 2;
         painter.setBrush(look::track);
         painter.drawRoundedRect(all, radius, radius);
-        if (m_share <= 0)
+        if (share() <= 0)
             return;
         // Even a little shows as a dot, and keeps its round ends.
         QRectF used = all;
-        used.setWidth(qBound(all.height(), all.width() * m_share, all.width()));
+        used.setWidth(qBound(all.height(), all.width() * share(), all.width()));
         if (isRightToLeft())
             used.moveRight(all.right());
         painter.setBrush(m_color);
@@ -53,8 +57,7 @@ protected:
     }
 
 private:
-    double m_share = 0;
-    QColor m_color;
+    QColor m_color = look::accent;
 };
 
 QString nameOf(const Volume &volume, const Texts &texts)
@@ -105,7 +108,7 @@ public:
     {
         if (!usage) {
             setText(m_texts(u"SZ_STATUS_VOLUME_UNREADABLE"_s, u"Cannot be measured"_s), false);
-            m_bar->setShare(0, look::accent);
+            showShare(0, false);
             return;
         }
         const int percent = usage->percent();
@@ -116,13 +119,13 @@ public:
         if (warns)
             figures = m_texts(u"SZ_STATUS_VOLUME_ALMOST_FULL"_s, u"Almost full: %1"_s, {figures});
         setText(figures + u"   "_s + percentText(percent, m_texts), warns);
-        m_bar->setShare(percent / 100.0, warns ? look::warning : look::accent);
+        showShare(percent / 100.0, warns);
     }
 
     void setSilent()
     {
         setText(m_texts(u"SZ_STATUS_VOLUME_SILENT"_s, u"Does not answer"_s), false);
-        m_bar->setShare(0, look::accent);
+        showShare(0, false);
     }
 
 private:
@@ -134,6 +137,12 @@ private:
         look::setTextColor(m_figures, warns ? look::warningText : look::text);
         m_bar->setAccessibleName(
             u"%1, %2, %3"_s.arg(nameOf(m_volume, m_texts), m_volume.path, figures.simplified()));
+    }
+
+    void showShare(double share, bool warns)
+    {
+        m_bar->setShare(share);
+        m_bar->setColor(warns ? look::warning : look::accent);
     }
 
     Volume m_volume;

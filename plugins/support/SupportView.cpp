@@ -5,6 +5,7 @@
 
 #include "plugins/common/Card.h"
 #include "plugins/common/ElidedLabel.h"
+#include "plugins/common/LinkLabel.h"
 #include "plugins/common/Look.h"
 
 #include <QAccessible>
@@ -36,38 +37,6 @@ QLabel *makeHeading(const QString &text, double factor)
     auto *label = new ElidedLabel;
     label->setText(text);
     label->setFont(look::font(factor, QFont::DemiBold));
-    return label;
-}
-
-/// A label that is one link, which the keyboard reaches at the first press of Tab. A plain label
-/// would take one press for itself.
-class LinkLabel : public QLabel
-{
-protected:
-    void focusInEvent(QFocusEvent *event) override
-    {
-        QLabel::focusInEvent(event);
-        if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason)
-            focusNextPrevChild(event->reason() == Qt::TabFocusReason);
-    }
-};
-
-QLabel *makeLink(const QString &link, const QString &title)
-{
-    auto *label = new LinkLabel;
-    look::whenPolished(label, [label] {
-        label->setTextFormat(Qt::RichText);
-        label->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
-    });
-    label->setTextFormat(Qt::PlainText);
-    label->setText(u"<a href=\"%1\">%2</a>"_s.arg(link.toHtmlEscaped(), title.toHtmlEscaped()));
-    label->setFocusPolicy(Qt::StrongFocus);
-    label->setWordWrap(true);
-    look::alignToLayout(label);
-    label->setAccessibleName(title);
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::Link, look::accent);
-    label->setPalette(palette);
     return label;
 }
 
@@ -155,7 +124,7 @@ QWidget *SupportView::makeHelpCard()
     const QString address = QStringLiteral(SOLVANE_SUPPORT_PAGE);
     const QString link = m_core ? m_core->localizeLink(address) : address;
     const QString title = m_texts(u"SZ_SUPPORT_HELP_LINK"_s, u"Open the help page"_s);
-    QLabel *label = makeLink(link, title);
+    auto *label = new LinkLabel(link, title);
     label->setToolTip(link.toHtmlEscaped());
     connect(label, &QLabel::linkActivated, this, &SupportView::openHelpPage);
     m_noBrowser = makeParagraph(QString(), look::warningText);
@@ -184,8 +153,8 @@ QWidget *SupportView::makeFeedbackCard()
     action->setSpacing(8);
     action->addLayout(row);
     if (m_core) {
-        QLabel *sent =
-            makeLink(u"#"_s, m_texts(u"SZ_SUPPORT_SENT"_s, u"Show or hide what is sent"_s));
+        auto *sent =
+            new LinkLabel(u"#"_s, m_texts(u"SZ_SUPPORT_SENT"_s, u"Show or hide what is sent"_s));
         connect(sent, &QLabel::linkActivated, this, &SupportView::toggleSentFacts);
         action->addWidget(sent);
     }

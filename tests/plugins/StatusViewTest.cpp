@@ -12,6 +12,17 @@ static QStringList accessibleNames(const QWidget &view)
     return names;
 }
 
+/// What assistive technology hears of the first widget whose name begins so: role and value.
+static std::pair<QAccessible::Role, QVariant> spoken(const QWidget &view, const QString &name)
+{
+    for (QWidget *widget : view.findChildren<QWidget *>()) {
+        QAccessibleInterface *one = QAccessible::queryAccessibleInterface(widget);
+        if (widget->accessibleName().startsWith(name) && one->valueInterface())
+            return {one->role(), one->valueInterface()->currentValue()};
+    }
+    return {};
+}
+
 TEST(StatusView, ReadsOnlyWhileItCanBeSeen)
 {
     QWidget window;
@@ -63,6 +74,7 @@ TEST(StatusView, TellsWhatItShows)
     EXPECT_TRUE(names.contains(u"[Memory, [6.0 GB] of [15.3 GB] used]"_s))
         << qPrintable(names.join(u'\n'));
     EXPECT_TRUE(names.contains(u"[Running for]: [3 d 4 h]"_s));
+    EXPECT_EQ(spoken(view, u"[Memory, "_s), std::pair(QAccessible::Chart, QVariant(39)));
     EXPECT_SOON(accessibleNames(view).filter(QRegularExpression(u": Debian 12$"_s)).size() == 1);
     EXPECT_SOON(accessibleNames(view).filter(u"[System volume], /, "_s).size() == 1);
     for (auto text = core.texts.cbegin(); text != core.texts.cend(); ++text)
@@ -101,6 +113,7 @@ TEST(VolumeList, SaysHowAVolumeIs)
     EXPECT_EQ(said(disk.path), u"50.0 GB of 100.0 GB used, 45.0 GB free 53%"_s);
     list.setUsage(disk.path, VolumeUsage{100 * giga, 91 * giga, 9 * giga});
     EXPECT_TRUE(said(disk.path).startsWith(u"Almost full: 91.0 GB"_s));
+    EXPECT_EQ(spoken(list, u"disk, "_s), std::pair(QAccessible::ProgressBar, QVariant(91)));
     list.setUsage(disc.path, VolumeUsage{giga, giga, 0});
     EXPECT_TRUE(said(disc.path).startsWith(u"1.0 GB of 1.0 GB used"_s)) << "full by nature";
     list.setSilent(disc.path);

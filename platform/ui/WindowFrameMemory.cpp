@@ -1,0 +1,43 @@
+#include "platform/ui/WindowFrameMemory.h"
+
+#include "platform/foundation/SystemServices.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QWidget>
+
+WindowFrameMemory::WindowFrameMemory(QWidget *window, const QString &key)
+    : QObject(window)
+    , m_window(window)
+    , m_key(key)
+    , m_stored(systemServices().defaults->value(key).toByteArray())
+{
+    window->restoreGeometry(m_stored);
+    window->installEventFilter(this);
+    connect(qApp, &QCoreApplication::aboutToQuit, this, [this] {
+        if (m_window->isVisible())
+            store();
+    });
+}
+
+bool WindowFrameMemory::eventFilter(QObject *window, QEvent *event)
+{
+    // A window that the window manager takes away, for instance with its desktop, stays where it
+    // is.
+    if (event->type() == QEvent::Hide && !event->spontaneous())
+        store();
+    return QObject::eventFilter(window, event);
+}
+
+void WindowFrameMemory::store()
+{
+    // What is laid out without being seen has no place yet.
+    if (m_window->testAttribute(Qt::WA_DontShowOnScreen))
+        return;
+    const QByteArray geometry = m_window->saveGeometry();
+    if (geometry == m_stored)
+        return;
+    m_stored = geometry;
+    systemServices().defaults->setValue(m_key, geometry);
+    systemServices().defaults->synchronize();
+}
