@@ -50,8 +50,11 @@ void mndPlugins::setButtonStringColor(QAbstractButton *button, const QColor &col
     if (!button)
         return;
     QPalette palette = button->palette();
+    // A light title stands on a body, which alone says that it is disabled.
+    constexpr float stillReadable = 0.6F;
     QColor dimmed = color;
-    dimmed.setAlphaF(color.alphaF() / 2);
+    if (color.lightness() < 128)
+        dimmed.setAlphaF(color.alphaF() * stillReadable);
     for (const auto role : {QPalette::ButtonText, QPalette::WindowText}) {
         palette.setColor(QPalette::Active, role, color);
         palette.setColor(QPalette::Inactive, role, color);

@@ -1,5 +1,7 @@
 #include "platform/ui/DrawerPanel.h"
 
+#include "platform/ui/HostColors.h"
+
 #include <QEvent>
 #include <QPainter>
 
@@ -106,7 +108,7 @@ void DrawerPanel::paintEvent(QPaintEvent *)
     painter.setBrush(QColor(10, 20, 30, 7));
     for (int reach = shadowWidth; reach > 0; --reach)
         painter.drawRoundedRect(panel.adjusted(-reach, -reach, reach, reach), reach, reach);
-    painter.fillRect(panel.adjusted(-1, -1, 1, 1), QColor(0xb8, 0xc4, 0xcf));
+    painter.fillRect(panel.adjusted(-1, -1, 1, 1), HostColors::edge);
 }
 
 bool DrawerPanel::eventFilter(QObject *watched, QEvent *event)

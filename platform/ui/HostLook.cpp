@@ -1,12 +1,16 @@
 #include "platform/ui/HostLook.h"
 
+#include "platform/ui/HostColors.h"
 #include "platform/ui/ScrollBarLook.h"
 
 #include <QApplication>
 #include <QPainter>
 #include <QPalette>
+#include <QPixmapCache>
 #include <QProxyStyle>
-#include <QStyleOptionButton>
+#include <QPushButton>
+#include <QSlider>
+#include <QStyleOption>
 #include <QWidget>
 
 #include <utility>
@@ -48,10 +52,27 @@ public:
     void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
                        const QWidget *widget) const override
     {
-        if (element == PE_PanelScrollAreaCorner)
+        switch (element) {
+        case PE_PanelScrollAreaCorner:
             painter->fillRect(option->rect, option->palette.color(QPalette::Base));
-        else
+            return;
+        case PE_FrameFocusRect:
+            drawFocus(*option, *painter, widget);
+            return;
+        case PE_IndicatorCheckBox:
+        case PE_IndicatorRadioButton:
+            drawWithEdge<QStyleOptionButton>(element, option, painter, widget);
+            return;
+        case PE_Frame:
+            drawWithEdge<QStyleOptionFrame>(element, option, painter, widget);
+            return;
+        case PE_FrameLineEdit:
             QProxyStyle::drawPrimitive(element, option, painter, widget);
+            drawBorder(*option, *painter);
+            return;
+        default:
+            QProxyStyle::drawPrimitive(element, option, painter, widget);
+        }
     }
 
     QRect subControlRect(ComplexControl control, const QStyleOptionComplex *option, SubControl part,
@@ -71,9 +92,17 @@ public:
             ScrollBarLook::draw(*bar, *painter);
         else
             QProxyStyle::drawComplexControl(control, option, painter, widget);
-        if (control == CC_Slider)
+        const auto *list = qstyleoption_cast<const QStyleOptionComboBox *>(option);
+        if (control == CC_SpinBox || (control == CC_ComboBox && list && list->editable)) {
+            drawBorder(*option, *painter);
+        } else if (control == CC_ComboBox) {
+            drawRing(*option, *painter, option->rect, QPalette::ButtonText);
+        } else if (control == CC_Slider) {
+            for (const auto part : {SC_SliderGroove, SC_SliderHandle})
+                drawEdge(*painter, subControlRect(control, option, part, widget));
             drawRing(*option, *painter, subControlRect(control, option, SC_SliderHandle, widget),
                      QPalette::Highlight);
+        }
     }
 
     int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
@@ -102,6 +131,54 @@ public:
     }
 
 private:
+    /// The style makes its outlines from the ground's colour, which on white is hardly seen.
+    template <typename Option>
+    void drawWithEdge(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
+                      const QWidget *widget) const
+    {
+        constexpr int undoesItsDarkening = 127;
+        const auto *given = qstyleoption_cast<const Option *>(option);
+        Option edged = given ? *given : Option();
+        if (!given)
+            edged.QStyleOption::operator=(*option);
+        edged.palette.setColor(QPalette::Window, HostColors::edge.lighter(undoesItsDarkening));
+        QProxyStyle::drawPrimitive(element, &edged, painter, widget);
+    }
+
+    static void drawEdge(QPainter &painter, const QRectF &outline)
+    {
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(HostColors::edge);
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRoundedRect(outline.adjusted(0.5, 0.5, -0.5, -0.5), 2, 2);
+        painter.restore();
+    }
+
+    /// Of a text field: the text cursor alone is easily overlooked.
+    static void drawBorder(const QStyleOption &option, QPainter &painter)
+    {
+        QStyleOption field(option);
+        field.state |= State_KeyboardFocusChange;
+        if (option.state & State_HasFocus)
+            drawRing(field, painter, option.rect, QPalette::Highlight);
+        else
+            drawEdge(painter, option.rect);
+    }
+
+    /// Of what has no ring of its own.
+    static void drawFocus(const QStyleOption &option, QPainter &painter, const QWidget *widget)
+    {
+        if (qobject_cast<const QPushButton *>(widget) || qobject_cast<const QSlider *>(widget))
+            return;
+        const auto *rect = qstyleoption_cast<const QStyleOptionFocusRect *>(&option);
+        const bool isOnSelection = rect && rect->state & State_Selected;
+        QStyleOption ring(option);
+        ring.state |= State_HasFocus;
+        drawRing(ring, painter, option.rect,
+                 isOnSelection ? QPalette::HighlightedText : QPalette::Highlight);
+    }
+
     /// Along the inside of what has the keyboard. The style's own, a darker outline, can hardly be
     /// told from none.
     static void drawRing(const QStyleOption &option, QPainter &painter, const QRectF &outline,
@@ -150,7 +227,7 @@ private:
         painter.save();
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
-        painter.setBrush(look.color(QPalette::Button).lighter(130));
+        painter.setBrush(look.color(QPalette::Button));
         painter.drawRoundedRect(body, bodyMargin, bodyMargin);
         painter.restore();
     }
@@ -166,53 +243,52 @@ private:
 
 namespace HostLook {
 
+constexpr int keptPictures = 512; // KB
+
 QPalette palette()
 {
-    const QColor text(0x1f, 0x29, 0x33);
-    const QColor quiet(0x76, 0x80, 0x8a);
-    const QColor accent(0x2f, 0x7f, 0xc1);
-
-    QPalette look(accent, Qt::white);
-    look.setColor(QPalette::Window, Qt::white);
+    using namespace HostColors;
+    QPalette look(accent, ground);
+    look.setColor(QPalette::Window, ground);
     look.setColor(QPalette::WindowText, text);
-    look.setColor(QPalette::Base, Qt::white);
-    look.setColor(QPalette::AlternateBase, QColor(0xf4, 0xf7, 0xfa));
+    look.setColor(QPalette::Base, ground);
+    look.setColor(QPalette::AlternateBase, otherRow);
     look.setColor(QPalette::Text, text);
-    look.setColor(QPalette::PlaceholderText, quiet);
-    look.setColor(QPalette::ToolTipBase, QColor(0xff, 0xff, 0xf0));
+    look.setColor(QPalette::PlaceholderText, quietText);
+    look.setColor(QPalette::ToolTipBase, toolTip);
     look.setColor(QPalette::ToolTipText, text);
-    // Buttons have a coloured body, on which white titles read well.
-    // The style lightens it for the body.
-    look.setColor(QPalette::Button, QColor(0x1b, 0x5b, 0x94));
-    look.setColor(QPalette::ButtonText, Qt::white);
+    // Buttons have a coloured body, disabled ones too, on which white titles read well.
+    look.setColor(QPalette::Button, button);
+    look.setColor(QPalette::ButtonText, lightText);
     look.setColor(QPalette::Highlight, accent);
-    look.setColor(QPalette::HighlightedText, Qt::white);
-    look.setColor(QPalette::Link, QColor(0x1a, 0x66, 0xa8));
-    for (const auto role : {QPalette::WindowText, QPalette::Text}) {
-        look.setColor(QPalette::Disabled, role, quiet);
-    }
-    look.setColor(QPalette::Disabled, QPalette::Button, QColor(0xc3, 0xd0, 0xdb));
-    look.setColor(QPalette::Disabled, QPalette::ButtonText, Qt::white);
+    look.setColor(QPalette::HighlightedText, lightText);
+    look.setColor(QPalette::Link, linkText);
+    for (const auto role : {QPalette::WindowText, QPalette::Text})
+        look.setColor(QPalette::Disabled, role, quietText);
+    look.setColor(QPalette::Disabled, QPalette::Button, disabledButton);
     return look;
 }
 
 void apply()
 {
     QApplication::setStyle(new HostStyle);
+    // The style keeps a picture of each size, state and palette that it has painted, and plugins
+    // make new palettes with every sheet: ten megabytes of them, as is usual, no window has a use
+    // for.
+    QPixmapCache::setCacheLimit(keptPictures);
     QApplication::setPalette(palette());
     // Menus are drawn in button colours, but have no coloured body.
     QPalette menus = palette();
-    menus.setColor(QPalette::Button, Qt::white);
-    menus.setColor(QPalette::ButtonText, menus.color(QPalette::WindowText));
-    menus.setColor(QPalette::Disabled, QPalette::ButtonText,
-                   menus.color(QPalette::Disabled, QPalette::WindowText));
+    menus.setColor(QPalette::Button, HostColors::ground);
+    menus.setColor(QPalette::ButtonText, HostColors::text);
+    menus.setColor(QPalette::Disabled, QPalette::ButtonText, HostColors::quietText);
     QApplication::setPalette(menus, "QMenuBar");
     QApplication::setPalette(menus, "QMenu");
     QApplication::setPalette(menus, "QTabBar");
     QPalette bars = palette();
-    bars.setColor(QPalette::Button, QColor(0xcf, 0xd6, 0xdd));
+    bars.setColor(QPalette::Button, HostColors::slider);
     QApplication::setPalette(bars, "QSlider");
-    bars.setColor(QPalette::Button, QColor(0x8a, 0x95, 0xa0));
+    bars.setColor(QPalette::Button, HostColors::thumb);
     QApplication::setPalette(bars, "QScrollBar");
 }
 

@@ -1,3 +1,4 @@
+#include "platform/ui/HostColors.h"
 #include "platform/ui/OutlineView.h"
 #include "platform/ui/OutlineViewModel.h"
 
@@ -12,9 +13,6 @@ constexpr qreal disclosureWidth = 14;
 constexpr qreal selectionMargin = 6;
 constexpr qreal selectionRadius = 6;
 constexpr int textPixelSize = 13;
-
-/// Behind a selected row while the keyboard is elsewhere: dark enough for white text on it.
-const QColor unfocusedSelection(96, 114, 152);
 
 } // namespace
 
@@ -107,7 +105,7 @@ OutlineViewCell OutlineView::dataCellForRow(int)
     cell.font = font();
     cell.font.setPixelSize(textPixelSize);
     cell.textColor = Qt::black;
-    cell.selectedTextColor = Qt::white;
+    cell.selectedTextColor = HostColors::lightText;
     return cell;
 }
 
@@ -193,7 +191,7 @@ void OutlineView::drawSelectionInRow(int row, QPainter *painter)
     painter->setPen(Qt::NoPen);
     painter->setBrush(hasFocus() || row == editedRow()
                           ? palette().color(QPalette::Active, QPalette::Highlight)
-                          : unfocusedSelection);
+                          : HostColors::otherSelection);
     painter->drawRoundedRect(rectOfRow(row).adjusted(selectionMargin, 1, -selectionMargin, -1),
                              selectionRadius, selectionRadius);
 }
@@ -212,7 +210,7 @@ void OutlineView::drawDisclosure(QPainter *painter, const QRectF &frame, bool is
         path.lineTo(half / 2, 0);
         path.lineTo(-half / 2, half);
     }
-    painter->setPen(QPen(isSelected ? Qt::white : QColor(60, 70, 80), 1.6));
+    painter->setPen(QPen(isSelected ? HostColors::lightText : HostColors::disclosure, 1.6));
     painter->setBrush(Qt::NoBrush);
     const QTransform toItsPlace = QTransform::fromTranslate(frame.center().x(), frame.center().y());
     painter->drawPath((QTransform::fromScale(isRightToLeft() ? -1 : 1, 1) * toItsPlace).map(path));

@@ -1,5 +1,7 @@
 #include "platform/ui/ProgressIndicator.h"
 
+#include "platform/ui/HostColors.h"
+
 #include <QEvent>
 #include <QPainter>
 #include <QStyle>
@@ -111,7 +113,9 @@ void ProgressIndicator::paintEvent(QPaintEvent *)
     for (int i = 0; i < spokes; ++i) {
         // The spoke at the step is the darkest, those behind it fade.
         const int age = (m_step - i + spokes) % spokes;
-        painter.setPen(QPen(QColor(40, 48, 56, 255 - age * 18), 1.5, Qt::SolidLine, Qt::RoundCap));
+        QColor color = HostColors::spinner;
+        color.setAlpha(255 - age * 18);
+        painter.setPen(QPen(color, 1.5, Qt::SolidLine, Qt::RoundCap));
         painter.save();
         painter.rotate(360.0 * i / spokes);
         painter.drawLine(QPointF(0, -4), QPointF(0, -6.5));

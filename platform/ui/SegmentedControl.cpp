@@ -2,6 +2,8 @@
 
 #include "platform/foundation/Perform.h"
 
+#include "platform/ui/HostColors.h"
+
 #include <QAbstractButton>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -19,12 +21,6 @@ constexpr int textMargin = 16;
 constexpr int segmentGap = 8;
 constexpr qreal segmentRadius = 6;
 constexpr int segmentTextSize = 13;
-
-const QColor segmentBody(0x3d, 0x45, 0x4e);
-const QColor bodyUnderMouse(0x4b, 0x55, 0x60);
-const QColor bodyPressed(0x7c, 0x88, 0x95);
-const QColor dividingLine(0x20, 0x25, 0x2b);
-const QColor keyboard(0x7c, 0xc0, 0xf4);
 
 } // namespace
 
@@ -83,15 +79,13 @@ protected:
     {
         QPainter painter(this);
         painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(isDown() ? bodyPressed : underMouse() ? bodyUnderMouse : segmentBody);
+        painter.setPen(HostColors::segmentEdge);
+        painter.setBrush(isDown()           ? HostColors::segmentPressed
+                             : underMouse() ? HostColors::segmentUnderMouse
+                                            : HostColors::segment);
         painter.drawPath(outline());
-        if (m_isOpenAfter) {
-            const qreal x = isRightToLeft() ? 0 : width() - 1;
-            painter.fillRect(QRectF(x, 0, 1, height()), dividingLine);
-        }
         if (hasFocus()) {
-            painter.setPen(QPen(keyboard, 2));
+            painter.setPen(QPen(HostColors::segmentRing, 2));
             painter.setBrush(Qt::NoBrush);
             painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), segmentRadius,
                                     segmentRadius);
@@ -99,7 +93,7 @@ protected:
         if (m_label.isNull()) {
             drawImage(painter);
         } else {
-            painter.setPen(Qt::white);
+            painter.setPen(HostColors::lightText);
             painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, elided());
         }
     }
@@ -123,17 +117,19 @@ private:
     /// Rounded where the control ends, straight where the next segment begins.
     QPainterPath outline() const
     {
-        const QRectF all(rect());
+        const bool isOpenLeft = isRightToLeft() ? m_isOpenAfter : m_isOpenBefore;
+        const bool isOpenRight = isRightToLeft() ? m_isOpenBefore : m_isOpenAfter;
+        QRectF all = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+        if (isOpenLeft)
+            all.setLeft(-1); // the neighbour draws the line between them
         QPainterPath path;
         path.setFillRule(Qt::WindingFill);
         path.addRoundedRect(all, segmentRadius, segmentRadius);
-        const bool isOpenLeft = isRightToLeft() ? m_isOpenAfter : m_isOpenBefore;
-        const bool isOpenRight = isRightToLeft() ? m_isOpenBefore : m_isOpenAfter;
         if (isOpenLeft)
             path.addRect(all.adjusted(0, 0, -segmentRadius, 0));
         if (isOpenRight)
             path.addRect(all.adjusted(segmentRadius, 0, 0, 0));
-        return path;
+        return path.simplified();
     }
 
     void drawImage(QPainter &painter) const

@@ -1,6 +1,7 @@
 #include "platform/ui/TouchBarStrip.h"
 
 #include "platform/ui/DesktopServices.h"
+#include "platform/ui/HostColors.h"
 
 #include <QApplication>
 #include <QHBoxLayout>
@@ -16,12 +17,11 @@ namespace {
 constexpr int stripHeight = 40;
 constexpr int stripMargin = 12;
 constexpr int itemGap = 16;
-const QColor stripGround(0x20, 0x25, 0x2b);
 
 void paintStripGround(QWidget *widget)
 {
     QPalette colors = widget->palette();
-    colors.setColor(QPalette::Window, stripGround);
+    colors.setColor(QPalette::Window, HostColors::stripGround);
     widget->setPalette(colors);
     widget->setAutoFillBackground(true);
 }

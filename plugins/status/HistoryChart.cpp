@@ -38,6 +38,7 @@ QSize HistoryChart::sizeHint() const
 void HistoryChart::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing); // keeps lines alike at any scale
     constexpr double lineWidth = 1.6;
     constexpr double dotRadius = 2.2;
     const QRectF area = QRectF(rect()).adjusted(0, dotRadius, -dotRadius, -dotRadius);
@@ -57,7 +58,6 @@ void HistoryChart::paintEvent(QPaintEvent *)
         line << QPointF(x, area.bottom() - sample * area.height());
         x += step;
     }
-    painter.setRenderHint(QPainter::Antialiasing);
     QPolygonF filled = line;
     filled << QPointF(area.right(), area.bottom()) << QPointF(left, area.bottom());
     QColor fill = m_color;

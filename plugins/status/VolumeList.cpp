@@ -40,13 +40,14 @@ protected:
     {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
         const QRectF all(0, 0, width(), height());
         const double radius = all.height() / 2;
+        painter.setPen(look::hairline);
         painter.setBrush(look::track);
-        painter.drawRoundedRect(all, radius, radius);
+        painter.drawRoundedRect(all.adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
         if (share() <= 0)
             return;
+        painter.setPen(Qt::NoPen);
         // Even a little shows as a dot, and keeps its round ends.
         QRectF used = all;
         used.setWidth(qBound(all.height(), all.width() * share(), all.width()));

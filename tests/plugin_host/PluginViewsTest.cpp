@@ -48,7 +48,7 @@ TEST(Recolouring, GoesByTheExactClassThroughAllTabs)
     mndPlugins::setButtonStringColor(nullptr, Qt::red);
 }
 
-TEST(Recolouring, KeepsTheFontAndDimsWhatIsDisabled)
+TEST(Recolouring, KeepsTheFontAndDimsDarkTitlesOfWhatIsDisabled)
 {
     QPushButton button(u"Title"_s);
     QFont font = button.font();
@@ -57,7 +57,11 @@ TEST(Recolouring, KeepsTheFontAndDimsWhatIsDisabled)
     mndPlugins::setButtonStringColor(&button, Qt::red);
     EXPECT_TRUE(button.font().italic());
     EXPECT_EQ(button.text(), u"Title"_s);
-    EXPECT_LT(button.palette().color(QPalette::Disabled, QPalette::ButtonText).alphaF(), 0.6F);
+    for (const auto &[color, alpha] : {std::pair(Qt::black, 0.6F), {Qt::white, 1.0F}}) {
+        mndPlugins::setButtonStringColor(&button, color);
+        EXPECT_NEAR(button.palette().color(QPalette::Disabled, QPalette::ButtonText).alphaF(),
+                    alpha, 0.01);
+    }
 }
 
 #include "PluginViewsTest.moc"
