@@ -1,13 +1,11 @@
+#include "platform/ui/HostColors.h"
 #include "sourcelist/PXSourceList.h"
 #include "sourcelist/SourceListGeometry.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
-#include <QPixmapCache>
 
 #include <cmath>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -16,7 +14,6 @@ constexpr int headingFontSize = 11;
 constexpr qreal badgeRadius = 8.5;
 constexpr qreal textToBadge = 6;
 
-const QColor headingText(74, 86, 96);
 const QColor badgeFill(152, 168, 202);
 const QColor hiddenWindowBadgeFill(180, 180, 180);
 const QColor hiddenWindowSelectedBadgeText(170, 170, 170);
@@ -28,22 +25,6 @@ QFont badgeFont(const QFont &base)
     font.setBold(true);
     font.setPixelSize(badgeFontSize);
     return font;
-}
-
-/// The image in exactly the device pixels that it will cover. Smooth scaling of a large icon is
-/// slow work, and rows are drawn often.
-QPixmap scaledIcon(const QImage &image, const QSize &pixels)
-{
-    const QString key = u"source-list-icon %1 %2x%3"_s.arg(image.cacheKey())
-                            .arg(pixels.width())
-                            .arg(pixels.height());
-    QPixmap scaled;
-    if (!QPixmapCache::find(key, &scaled)) {
-        scaled = QPixmap::fromImage(
-            image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
-        QPixmapCache::insert(key, scaled);
-    }
-    return scaled;
 }
 
 /// Edges between two device pixels would be blurred.
@@ -106,7 +87,7 @@ OutlineViewCell PXSourceList::dataCellForRow(int row)
     if (isGroupItem(item)) {
         cell.font.setPixelSize(headingFontSize);
         cell.font.setBold(true);
-        cell.textColor = headingText;
+        cell.textColor = HostColors::sidebarHeading;
     }
     return cell;
 }
@@ -152,8 +133,21 @@ void PXSourceList::drawIcon(int row, QPainter *painter)
     const QRectF aligned(corner, rect.size());
     painter->setCompositionMode(QPainter::CompositionMode_SourceOver);
     painter->setOpacity(1);
-    const QPixmap scaled = scaledIcon(image, (rect.size() * ratio).toSize());
+    const QPixmap scaled = scaledIcon(row, image, (rect.size() * ratio).toSize());
     painter->drawPixmap(aligned, scaled, QRectF(scaled.rect()));
+}
+
+/// Smooth scaling of a large icon is slow work, and rows are drawn often. Each row keeps the one
+/// icon that it shows: plugins may change theirs as often as they like.
+QPixmap PXSourceList::scaledIcon(int row, const QImage &image, const QSize &pixels)
+{
+    ScaledIcon &kept = _scaledIcons[row];
+    if (kept.imageKey != image.cacheKey() || kept.pixmap.size() != pixels) {
+        kept = {image.cacheKey(),
+                QPixmap::fromImage(
+                    image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation))};
+    }
+    return kept.pixmap;
 }
 
 bool PXSourceList::isWindowVisible() const

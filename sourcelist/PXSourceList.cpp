@@ -143,6 +143,7 @@ QMenu *PXSourceList::menuForEvent(QContextMenuEvent *event)
 
 void PXSourceList::reloadData()
 {
+    _scaledIcons.clear(); // rows are numbered anew, and may be fewer
     OutlineView::reloadData();
     if (source() && judge()) {
         // Opening a group may change the tree, so the number of groups is asked for each time.

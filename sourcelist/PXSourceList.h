@@ -4,6 +4,9 @@
 #include "sourcelist/PXSourceListDataSource.h"
 #include "sourcelist/PXSourceListDelegate.h"
 
+#include <QHash>
+#include <QPixmap>
+
 /// A sidebar: headings at the top level, selectable entries with icons and badges below them.
 ///
 /// The list is its own outline delegate and data source. It keeps headings out of the selection and
@@ -109,6 +112,12 @@ public:
     void outlineViewItemDidCollapse(const Notification &notification) override;
 
 private:
+    struct ScaledIcon
+    {
+        qint64 imageKey = 0;
+        QPixmap pixmap;
+    };
+
     void PXSL_setup();
     void fixSelection();
     /// Null for an absent object and for one that does not conform.
@@ -117,10 +126,13 @@ private:
     void post(const QString &name, const Dictionary &userInfo = {});
     QRectF leftToRightTextFrame(int row);
     void drawIcon(int row, QPainter *painter);
+    /// The row's icon in exactly the device pixels that it covers.
+    QPixmap scaledIcon(int row, const QImage &image, const QSize &pixels);
     bool isWindowVisible() const;
     bool isFirstResponder() const;
 
     QPointer<QObject> _secondaryDelegate;
     QPointer<QObject> _secondaryDataSource;
     QSizeF _iconSize;
+    QHash<int, ScaledIcon> _scaledIcons; ///< By row.
 };

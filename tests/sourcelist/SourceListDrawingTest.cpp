@@ -4,6 +4,8 @@
 
 #include <QPainter>
 
+#include <malloc.h>
+
 namespace {
 
 /// The tree with badge colours and icons for selected rows.
@@ -155,6 +157,19 @@ TEST_P(SourceListDrawing, IconsAreDrawnAtTheirSizeOrCutDownToTheLists)
     EXPECT_TRUE(extent(drawn(), 2, Qt::red).isEmpty());
     tree.item(u"A"_s)->icon = filled(16, 16, Qt::red);
     EXPECT_TRUE(extent(drawn(), 0, Qt::red).isEmpty()) << "headings have none";
+}
+
+TEST_P(SourceListDrawing, KeepsNoIconsThatWereReplaced)
+{
+    const auto memoryAfterIcons = [this](int count) {
+        for (int i = 0; i < count; ++i) {
+            tree.item(u"b"_s)->icon = filled(16, 16, QColor(i % 256, 0, 0));
+            drawn();
+        }
+        return ::mallinfo2().uordblks;
+    };
+    const auto before = memoryAfterIcons(10);
+    EXPECT_LT(memoryAfterIcons(1500), before + 500'000);
 }
 
 TEST_P(SourceListDrawing, SelectionShowsInEveryState)
