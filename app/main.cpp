@@ -9,6 +9,7 @@
 #include "app/SingleInstance.h"
 #include "app/Snapshot.h"
 #include "app/TerminationSignals.h"
+#include "app/TextScale.h"
 #include "app/TrayIcon.h"
 #include "host/InterfaceFiles.h"
 #include "host/mndAppDelegate.h"
@@ -80,9 +81,13 @@ struct RealServices
 std::unique_ptr<Application> makeApplication(int &argc, char **argv)
 {
     const Preconditions::EndsWithMessage endsWithMessage;
-    return CommandLine::wantsTouchBar(argc, argv)
-        ? std::make_unique<TouchBarApplication>(argc, argv)
-        : std::make_unique<Application>(argc, argv);
+    const bool hasTouchBar = CommandLine::wantsTouchBar(argc, argv);
+    return TextScale::makeApplication(
+        argc, argv, [&](int &count, char **values) -> std::unique_ptr<Application> {
+            if (hasTouchBar)
+                return std::make_unique<TouchBarApplication>(count, values);
+            return std::make_unique<Application>(count, values);
+        });
 }
 
 void setIdentity(Application &application)

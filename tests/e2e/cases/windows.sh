@@ -258,3 +258,30 @@ test_the_other_entries_by_keyboard() {
     by_keys 1 Up Return
     expect_end 0
 }
+
+is_wide() { xdotool getwindowgeometry "$(window)" | grep -q "Geometry: $1x"; }
+has_low_menus() { objects "menu item" Solvane | awk '{ exit !($4 < 32) }'; }
+
+test_large_texts_enlarge_the_window_as_one() {
+    local size enlarged width
+    add_browser
+    printf '#!/bin/sh\nenv >"%s/environment"\n' "$HOME" >"$HOME/bin/xdg-open"
+    mkdir -p "$HOME/.config"
+    # The last screen has no room: there texts stay small.
+    while read -r size enlarged width; do
+        rm -f "$HOME/environment"
+        printf '[General]\nfont=DejaVu Sans,%d,-1,5,50,0,0,0,0,0\n' "$size" >"$HOME/.config/kdeglobals"
+        XDG_CURRENT_DESKTOP=KDE KDE_SESSION_VERSION=5 QT_SCALE_FACTOR=$enlarged start
+        expect "the sidebar" shows "tree item" Support
+        expect "the window's width at $size points" is_wide "$width"
+        expect "menus in their row" has_low_menus
+        xdotool windowactivate "$(window)"
+        expect "the main window in front" has_focus
+        choose_entry 4
+        expect "the browser" test -s "$HOME/environment"
+        grep -qx "QT_SCALE_FACTOR=$enlarged" "$HOME/environment" || fail "other programs are enlarged"
+        quit
+    done <<<"11 1 980
+13 1 1158
+24 1.6 1203"
+}
