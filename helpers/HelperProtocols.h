@@ -6,6 +6,7 @@
 #include "platform/ui/TableViewDataSource.h"
 
 #include <QStringList>
+#include <QVariant>
 
 /// What the objects can do that mndCore::newFactoryInstance() makes by name: cast the object to the
 /// interface named here. One thread at a time may use an object; nothing throws unless it says so.
@@ -96,6 +97,18 @@ public:
     virtual QString getAppPathFromExecutablePath(const QString &executable) = 0;
 };
 
+/// "appBundle" as well: all that the folder of an application or a plugin ("Name.bundle") says.
+class appBundleInfoProtocol
+{
+public:
+    virtual ~appBundleInfoProtocol() = default;
+    /// The Info.plist in any form of property list, as Solvane itself reads it: texts are QString,
+    /// booleans bool, integers qlonglong or qulonglong, reals double, dates QDateTime in UTC, data
+    /// QByteArray, arrays QVariantList, dictionaries QVariantMap. Empty when it cannot be read, and
+    /// when it is larger than 32 MiB, deeper than 512 levels or of more than 200,000 values.
+    virtual QVariantMap getManifest(const QString &bundle) = 0;
+};
+
 /// "loginItems": what starts with the user's session (XDG Desktop Application Autostart, user
 /// level).
 class loginItemsProtocol
@@ -116,4 +129,5 @@ Q_DECLARE_INTERFACE(fileEnumProtocol, "com.solvane.fileEnum/6")
 Q_DECLARE_INTERFACE(mndStringListProtocol, "com.solvane.mndStringList/6")
 Q_DECLARE_INTERFACE(hardwareInfoProtocol, "com.solvane.hardwareInfo/6")
 Q_DECLARE_INTERFACE(appBundleProtocol, "com.solvane.appBundle/6")
+Q_DECLARE_INTERFACE(appBundleInfoProtocol, "com.solvane.appBundleInfo/6")
 Q_DECLARE_INTERFACE(loginItemsProtocol, "com.solvane.loginItems/6")

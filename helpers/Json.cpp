@@ -1,13 +1,18 @@
 #include "helpers/Json.h"
 
-#include "helpers/JsonTokens.h"
 #include "platform/foundation/Dictionary.h"
 #include "platform/foundation/StringArray.h"
+#include "platform/foundation/Utf8.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
+#include <QLocale>
+
+#include <nlohmann/json.hpp>
 
 #include <cmath>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -18,7 +23,85 @@ bool isContainer(int type)
         || type == qMetaTypeId<Dictionary>() || type == qMetaTypeId<StringArray>();
 }
 
-/// Qt's own writer knows no unsigned integers and no failure; it is asked for texts alone.
+/// Builds the values while the library reads. All that it is told answers whether to go on.
+class Builder
+{
+public:
+    QVariant result() const { return m_root; }
+
+    bool null() { return add(QVariant::fromValue(nullptr)); }
+    bool boolean(bool value) { return add(value); }
+    bool number_integer(std::int64_t value) { return add(qlonglong(value)); }
+    bool number_unsigned(std::uint64_t value)
+    {
+        const auto limit = std::uint64_t(std::numeric_limits<std::int64_t>::max());
+        return add(value > limit ? QVariant(qulonglong(value)) : QVariant(qlonglong(value)));
+    }
+    bool number_float(double value, const std::string &) { return add(value); }
+    bool string(const std::string &text) { return add(textFromUtf8(text)); }
+    bool binary(const std::vector<std::uint8_t> &) { return false; }
+    bool start_object(std::size_t) { return open(true); }
+    bool start_array(std::size_t) { return open(false); }
+    bool end_object() { return close(); }
+    bool end_array() { return close(); }
+    bool key(const std::string &key)
+    {
+        m_levels.back().key = textFromUtf8(key);
+        return true;
+    }
+    bool parse_error(std::size_t, const std::string &, const nlohmann::json::exception &)
+    {
+        return false;
+    }
+
+private:
+    struct Level
+    {
+        bool isObject;
+        QString key = {};
+        QVariantMap entries = {};
+        QVariantList elements = {};
+    };
+
+    bool open(bool isObject)
+    {
+        if (m_levels.size() == std::size_t(Json::depthLimit))
+            return false;
+        m_levels.push_back({isObject});
+        return true;
+    }
+
+    bool close()
+    {
+        Level level = std::move(m_levels.back());
+        m_levels.pop_back();
+        QVariant value = level.isObject ? QVariant(std::move(level.entries))
+                                        : QVariant(std::move(level.elements));
+        if (!m_levels.empty())
+            return add(std::move(value));
+        m_root = std::move(value);
+        return true;
+    }
+
+    /// False for a value that is in no container.
+    bool add(QVariant value)
+    {
+        if (m_levels.empty())
+            return false;
+        Level &level = m_levels.back();
+        if (level.isObject)
+            level.entries.insert(level.key, std::move(value));
+        else
+            level.elements.append(std::move(value));
+        return true;
+    }
+
+    std::vector<Level> m_levels;
+    QVariant m_root;
+};
+
+/// Walks the values itself, in place of a second tree made of them for the library, whose writer
+/// knows no limit of depth.
 class Writer
 {
 public:
@@ -131,18 +214,18 @@ private:
 
     bool writeReal(double real)
     {
-        // The shortest form that reads back as the same number.
-        return std::isfinite(real)
-            && writePlain(QByteArray::number(real, 'g', QLocale::FloatingPointShortest));
+        if (!std::isfinite(real))
+            return false;
+        // The shortest form that reads back as the same number; "-0" would be an integer.
+        return writePlain(real == 0 && std::signbit(real)
+                              ? "-0.0"
+                              : QByteArray::number(real, 'g', QLocale::FloatingPointShortest));
     }
 
     bool writeString(const QString &string)
     {
-        if (!string.isValidUtf16())
-            return false;
-        const QByteArray array = QJsonDocument(QJsonArray{string}).toJson(QJsonDocument::Compact);
-        m_text += QByteArrayView(array).sliced(1).chopped(1);
-        return true;
+        return string.isValidUtf16()
+            && writePlain(QByteArray::fromStdString(nlohmann::json(string.toStdString()).dump()));
     }
 
     QByteArray m_text;
@@ -155,13 +238,13 @@ namespace Json {
 
 QVariant decoded(const QString &text)
 {
-    if (!text.isValidUtf16())
+    // The library takes a zero character for the end.
+    if (!text.isValidUtf16() || text.contains(QChar(u'\0')))
         return {};
-    const auto checked = JsonTokens::checked(text.toUtf8(), depthLimit);
-    if (!checked)
-        return {};
-    const QVariant value = QJsonDocument::fromJson(checked->text).toVariant();
-    return checked->marked ? JsonTokens::unmarked(value) : value;
+    const QByteArray utf8 = text.toUtf8();
+    Builder builder;
+    return nlohmann::json::sax_parse(utf8.begin(), utf8.end(), &builder) ? builder.result()
+                                                                         : QVariant();
 }
 
 QString encoded(const QVariant &object)

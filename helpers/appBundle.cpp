@@ -9,13 +9,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Empty when it is missing or unreadable.
-QVariantMap manifest(const QString &path)
-{
-    const Result<QVariant> read = PropertyList::read(path);
-    return read ? read.value().toMap() : QVariantMap();
-}
-
 /// The text, never null: a missing value is an empty text to whoever asks.
 QString present(const QString &text)
 {
@@ -46,7 +39,7 @@ QString appBundle::getManifestPath(const QString &bundle)
 
 QString appBundle::getIconPath(const QString &bundle)
 {
-    const QString icon = text(manifest(getManifestPath(bundle)), u"CFBundleIconFile"_s);
+    const QString icon = text(getManifest(bundle), u"CFBundleIconFile"_s);
     if (icon.isNull())
         return u""_s;
     const bool hasType = pathExtension(icon).compare("icns"_L1, Qt::CaseInsensitive) == 0;
@@ -55,7 +48,7 @@ QString appBundle::getIconPath(const QString &bundle)
 
 QString appBundle::getAppName(const QString &bundle)
 {
-    const QVariantMap info = manifest(getManifestPath(bundle));
+    const QVariantMap info = getManifest(bundle);
     const QString name = text(info, u"SKAppName"_s);
     return present(name.isNull() ? text(info, u"CFBundleExecutable"_s) : name);
 }
@@ -75,17 +68,17 @@ QString appBundle::getExecutablePath(const QString &bundle)
 
 QString appBundle::getInfoString(const QString &bundle)
 {
-    return present(text(manifest(getManifestPath(bundle)), u"CFBundleGetInfoString"_s));
+    return present(text(getManifest(bundle), u"CFBundleGetInfoString"_s));
 }
 
 QString appBundle::getBundleID(const QString &bundle)
 {
-    return present(text(manifest(getManifestPath(bundle)), u"CFBundleIdentifier"_s));
+    return present(text(getManifest(bundle), u"CFBundleIdentifier"_s));
 }
 
 QString appBundle::getShortVersion(const QString &bundle)
 {
-    return present(text(manifest(getManifestPath(bundle)), u"CFBundleShortVersionString"_s));
+    return present(text(getManifest(bundle), u"CFBundleShortVersionString"_s));
 }
 
 QString appBundle::getAppPathFromExecutablePath(const QString &executable)
@@ -97,4 +90,10 @@ QString appBundle::getAppPathFromExecutablePath(const QString &executable)
             return path;
     }
     return u""_s;
+}
+
+QVariantMap appBundle::getManifest(const QString &bundle)
+{
+    const Result<QVariant> read = PropertyList::read(getManifestPath(bundle));
+    return read ? read.value().toMap() : QVariantMap();
 }

@@ -8,6 +8,7 @@ namespace PropertyListLimits {
 
 constexpr int depth = 512;
 constexpr qsizetype bytes = 32 * 1024 * 1024;
-constexpr qsizetype values = 200'000; // more would take libplist seconds
+constexpr qsizetype values =
+    200'000; // one takes a hundred bytes or two, as small as it may be in the file
 
 } // namespace PropertyListLimits

@@ -131,10 +131,16 @@ private:
         return true;
     }
 
+    bool count()
+    {
+        return ++m_values <= PropertyListLimits::values
+            || fail(u"no more than %1 values"_s.arg(PropertyListLimits::values));
+    }
+
     bool parseValue(QVariant &value, int depth)
     {
-        if (++m_values > PropertyListLimits::values)
-            return fail(u"no more than %1 values"_s.arg(PropertyListLimits::values));
+        if (!count())
+            return false;
         if (depth > PropertyListLimits::depth)
             return fail(u"no more than %1 levels"_s.arg(PropertyListLimits::depth));
         if (take(u'{')) {
@@ -177,6 +183,8 @@ private:
                 end = m_position;
                 if (!skipBlanks())
                     return false;
+            } else if (!count()) { // its key is its value
+                return false;
             }
             if (!take(u';')) {
                 return fail(hasValue

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "SolvanePlugin.h"
+
 #include <QString>
-#include <QStringList>
 
 #include <vector>
 
@@ -15,6 +16,8 @@ struct BundleVersion
 
 /// Reads the bundles directly inside both folders, each folder's in the order of their names.
 /// Folders that are missing have no bundles. Any thread.
+/// @param reader of their Info.plists; without one nothing is known of them but their folders
 /// @param own folder of the application's bundles
 /// @param added folder of the bundles that the user has added
-std::vector<BundleVersion> readBundleVersions(const QString &own, const QString &added);
+std::vector<BundleVersion> readBundleVersions(appBundleInfoProtocol *reader, const QString &own,
+                                              const QString &added);

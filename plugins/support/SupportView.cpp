@@ -18,6 +18,8 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include <memory>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -200,9 +202,14 @@ void SupportView::refresh()
     const QString added = m_core
         ? m_core->stringByExpandingTildeInPath(u"~/Library/Application Support/Solvane"_s)
         : QString();
-    m_jobs.start(u"versions"_s, [this, own = m_ownFolder, added] {
-        return
-            [this, versions = readBundleVersions(own, added)] { m_versions->setPlugins(versions); };
+    std::shared_ptr<QObject> reader;
+    if (m_core)
+        reader = m_core->newFactoryInstance(u"appBundle"_s);
+    m_jobs.start(u"versions"_s, [this, reader, own = m_ownFolder, added] {
+        auto *infos = qobject_cast<appBundleInfoProtocol *>(reader.get());
+        return [this, versions = readBundleVersions(infos, own, added)] {
+            m_versions->setPlugins(versions);
+        };
     });
 }
 

@@ -2,6 +2,8 @@
 
 #include "SolvanePlugin.h"
 
+#include "helpers/appBundle.h"
+
 #include <QMap>
 
 /// A machine with four processors.
@@ -56,6 +58,8 @@ public:
 
     std::unique_ptr<QObject> newFactoryInstance(const QString &className) override
     {
+        if (className == u"appBundle"_s)
+            return std::make_unique<appBundle>();
         auto hardware = std::make_unique<FakeHardware>();
         hardware->version = osVersion;
         return className == u"hardwareInfo"_s ? std::move(hardware) : nullptr;

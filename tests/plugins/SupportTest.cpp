@@ -17,6 +17,18 @@ QByteArray infoOf(const QByteArray &name, const QByteArray &version)
         + "</string><key>CFBundleVersion</key><string>" + version + "</string></dict></plist>";
 }
 
+/// A hundred bytes whose version can be read, and whose name stands for a million values.
+QByteArray bomb()
+{
+    QList<QByteArray> objects{"\xd2" + references(1, 4), "\x5cCFBundleName",
+                              "\x5f\x10\x0f"
+                              "CFBundleVersion",
+                              "\xa1" + references(5, 1), "\x51\x36"};
+    for (int i = 6; i < 26; ++i)
+        objects << "\xa2" + references(i, 1).repeated(2);
+    return binary(objects << "\x09");
+}
+
 /// A folder of the program's bundles and a home with a bundle that was added.
 struct Bundles
 {
@@ -28,11 +40,17 @@ struct Bundles
     {
         const std::pair<QString, QByteArray> bundles[] = {
             {own + u"/Status.bundle"_s, infoOf("Status", "600")},
-            {own + u"/network.bundle"_s, asBinary(infoOf("Netzwerk \xc3\xbc", "7"))},
+            {own + u"/network.bundle"_s,
+             binary({"\xd2" + references(1, 4), "\x5cCFBundleName",
+                     "\x5f\x10\x0f"
+                     "CFBundleVersion",
+                     QByteArray("\x6a\0N\0e\0t\0z\0w\0e\0r\0k\0 \0\xfc", 21), "\x51\x37"})},
+            {own + u"/Bomb.bundle"_s, bomb()},
+            {own + u"/Text.bundle"_s, "CFBundleVersion = 5;"},
             {own + u"/Broken.bundle"_s, "<plist><dict><key>"},
             {own + u"/Number.bundle"_s,
              "<plist><dict><key>CFBundleVersion</key><integer>3</integer></dict></plist>"},
-            {own + u"/Huge.bundle"_s, infoOf("Huge", "1") + QByteArray(2 << 20, ' ')},
+            {own + u"/Huge.bundle"_s, infoOf("Huge", "1") + QByteArray(33 << 20, ' ')},
             {own + u"/Folder.bundle/Contents/Info.plist"_s, ""},
             {own + u"/Other.app"_s, infoOf("Other", "1")},
             {added + u"/Extra.bundle"_s, infoOf("&lt;b>Extra&lt;/b>", "1.2")},
@@ -66,13 +84,15 @@ TEST(BundleVersions, ReadWhatCanBeRead)
 {
     const Bundles bundles;
     QStringList read;
-    for (const BundleVersion &bundle : readBundleVersions(bundles.own, bundles.added))
+    appBundle reader;
+    for (const BundleVersion &bundle : readBundleVersions(&reader, bundles.own, bundles.added))
         read << bundle.name + u'=' + bundle.version + (bundle.added ? u" added"_s : QString());
     EXPECT_EQ(read.join(u'|'),
-              u"Broken=|Folder=|Huge=|Netzwerk \u00fc=7|Number=|Status=600|"
+              u"Bomb=|Broken=|Folder=|Huge=|Netzwerk \u00fc=7|Number=|Status=600|Text=5|"
               "<b>Extra</b>=1.2 added"_s);
-    EXPECT_EQ(readBundleVersions(bundles.own, bundles.own).size(), 6U) << "one folder, listed once";
-    EXPECT_TRUE(readBundleVersions(u"/no such place"_s, QString()).empty());
+    EXPECT_EQ(readBundleVersions(nullptr, bundles.own, bundles.own).size(), 8U)
+        << "one folder, listed once";
+    EXPECT_TRUE(readBundleVersions(&reader, u"/no such place"_s, QString()).empty());
 }
 
 TEST(SupportView, CopiesTheVersions)
@@ -86,10 +106,11 @@ TEST(SupportView, CopiesTheVersions)
     find<QPushButton>(view, [](auto *button) {
         return button->accessibleName() == u"[Copy the versions]"_s;
     })->click();
-    EXPECT_EQ(QGuiApplication::clipboard()->text(),
-              u"[Solvane]: v612, [Web edition]\nQt: %1\nBroken: \u2013\nFolder: \u2013\n"
-              "Huge: \u2013\nNetzwerk \u00fc: 7\nNumber: \u2013\nStatus: 600\n"
-              "[<b>Extra</b> (added)]: 1.2\n"_s.arg(QString::fromLatin1(qVersion())));
+    EXPECT_EQ(
+        QGuiApplication::clipboard()->text(),
+        u"[Solvane]: v612, [Web edition]\nQt: %1\nBomb: \u2013\nBroken: \u2013\nFolder: \u2013\n"
+        "Huge: \u2013\nNetzwerk \u00fc: 7\nNumber: \u2013\nStatus: 600\nText: 5\n"
+        "[<b>Extra</b> (added)]: 1.2\n"_s.arg(QString::fromLatin1(qVersion())));
     const QLabel *said =
         find<QLabel>(view, [](auto *label) { return label->text() == u"[Copied]"_s; });
     EXPECT_SOON(said->text() != u"[Copied]"_s) << "only briefly";

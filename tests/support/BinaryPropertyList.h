@@ -1,17 +1,35 @@
 #pragma once
 
-#include <plist/plist.h>
+#include <QByteArray>
+#include <QList>
 
-/// The binary form of a property list in XML.
-inline QByteArray asBinary(const QByteArray &xml)
+inline QByteArray bigEndian(quint64 value, int size)
 {
-    plist_t root = nullptr;
-    plist_from_xml(xml.constData(), uint32_t(xml.size()), &root);
-    char *bytes = nullptr;
-    uint32_t length = 0;
-    plist_to_bin(root, &bytes, &length);
-    const QByteArray result(bytes, length);
-    plist_to_bin_free(bytes);
-    plist_free(root);
-    return result;
+    QByteArray bytes;
+    for (int i = size - 1; i >= 0; --i)
+        bytes.append(char(value >> (8 * i)));
+    return bytes;
+}
+
+/// References to so many objects, from this one on.
+inline QByteArray references(int first, int count)
+{
+    QByteArray bytes;
+    for (int i = 0; i < count; ++i)
+        bytes += bigEndian(quint64(first + i), 2);
+    return bytes;
+}
+
+/// A binary property list of these objects, the first being the root; references are two bytes.
+inline QByteArray binary(const QList<QByteArray> &objects)
+{
+    QByteArray data = "bplist00";
+    QByteArray offsets;
+    for (const QByteArray &object : objects) {
+        offsets += bigEndian(quint64(data.size()), 4);
+        data += object;
+    }
+    const auto table = quint64(data.size());
+    return data + offsets + QByteArray(6, '\0') + "\x04\x02" + bigEndian(quint64(objects.size()), 8)
+        + bigEndian(0, 8) + bigEndian(table, 8);
 }

@@ -5,33 +5,13 @@
 
 #include <QStringEncoder>
 
+#include <bit>
+
 static QByteArray xml(const QByteArray &content)
 {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist PUBLIC \"-//x\" \"y\">\n"
            "<plist version=\"1.0\">"
         + content + "</plist>\n";
-}
-
-static QByteArray bigEndian(quint64 value, int size)
-{
-    QByteArray bytes;
-    for (int i = size - 1; i >= 0; --i)
-        bytes.append(char(value >> (8 * i)));
-    return bytes;
-}
-
-/// A binary list of these objects, the first being the root; references are two bytes.
-static QByteArray binary(const QList<QByteArray> &objects)
-{
-    QByteArray data = "bplist00";
-    QByteArray offsets;
-    for (const QByteArray &object : objects) {
-        offsets += bigEndian(quint64(data.size()), 4);
-        data += object;
-    }
-    const auto table = quint64(data.size());
-    return data + offsets + QByteArray(6, '\0') + "\x04\x02" + bigEndian(quint64(objects.size()), 8)
-        + bigEndian(0, 8) + bigEndian(table, 8);
 }
 
 const QByteArray everything =
@@ -41,6 +21,38 @@ const QByteArray everything =
         "<key>real</key><real>0.5</real><key>date</key><date>2020-01-02T03:04:05Z</date>"
         "<key>data</key><data>\nD71\n3</data><key>list</key><array><string/><dict/><array/></array>"
         "</dict>");
+
+static QByteArray real(double value)
+{
+    return bigEndian(std::bit_cast<quint64>(value), 8);
+}
+
+const QByteArray everythingInBinary = binary({"\xda" + references(1, 20),
+                                              "\x54text",
+                                              "\x53yes",
+                                              "\x52no",
+                                              "\x55minus",
+                                              "\x55least",
+                                              "\x54most",
+                                              "\x54real",
+                                              "\x54"
+                                              "date",
+                                              "\x54"
+                                              "data",
+                                              "\x54list",
+                                              QByteArray("\x65\0a\0 \0&\0 \0\xe9", 11),
+                                              "\x09",
+                                              "\x08",
+                                              "\x13" + bigEndian(~4ULL, 8),
+                                              "\x13" + bigEndian(1ULL << 63, 8),
+                                              "\x14" + bigEndian(0, 8) + bigEndian(~0ULL, 8),
+                                              "\x23" + real(0.5),
+                                              "\x33" + real(599'627'045),
+                                              "\x43\x0f\xbd\x77",
+                                              "\xa3" + references(21, 3),
+                                              "\x50",
+                                              "\xd0",
+                                              "\xa0"});
 
 const QVariantMap everythingRead{{u"text"_s, u"a & é"_s},
                                  {u"yes"_s, true},
@@ -55,7 +67,7 @@ const QVariantMap everythingRead{{u"text"_s, u"a & é"_s},
 
 TEST(PropertyList, ReadsEveryKindOfValueInXmlAndBinary)
 {
-    for (const QByteArray &data : {everything, asBinary(everything)}) {
+    for (const QByteArray &data : {everything, everythingInBinary}) {
         const Result<QVariant> read = PropertyList::parse(data);
         ASSERT_TRUE(read.ok()) << read.error().toStdString();
         const QVariantMap map = read.value().toMap();
@@ -64,9 +76,38 @@ TEST(PropertyList, ReadsEveryKindOfValueInXmlAndBinary)
             EXPECT_EQ(map[entry.key()].typeId(), entry->typeId()) << entry.key().toStdString();
         EXPECT_EQ(map.value(u"date"_s).toDateTime().timeSpec(), Qt::UTC);
     }
-    EXPECT_EQ(PropertyList::parse(binary({"\x81\x01\x02"})).valueOr({}), QVariant(258ULL));
-    EXPECT_EQ(PropertyList::parse(binary({"\xa1" + bigEndian(1, 2), "\x09"})).valueOr({}),
-              QVariant(QVariantList{true}));
+    const QDateTime date(QDate(2020, 1, 2), QTime(3, 4, 5, 678), Qt::UTC);
+    const std::pair<QByteArray, QVariant> cases[] = {
+        {binary({"\x81\x01\x02"}), 258ULL},
+        {binary({"\xa2" + references(1, 1).repeated(2), "\x09"}), QVariantList{true, true}},
+        {binary(
+             {"\xd2" + references(1, 1).repeated(2) + references(2, 2), "\x51k", "\x09", "\x08"}),
+         QVariantMap{{u"k"_s, false}}},
+        {binary({QByteArray("\x53"
+                            "a\0b",
+                            4)}),
+         u"a\0b"_s},
+        {binary({"\x60"}), u""_s},
+        {binary({QByteArray("\x62\xd8\x3d\xde\0", 5)}), u"😀"_s},
+        {binary({"\x61\xd8\x3d"}), QString(QChar(0xd83d))},
+        {binary({"\x33" + real(-0.5)}),
+         QDateTime(QDate(2000, 12, 31), QTime(23, 59, 59, 500), Qt::UTC)},
+        {binary({QByteArray("\x22\x3f\xc0\0\0", 5)}), 1.5},
+        {xml("<string> a<!--c-->b<![CDATA[<x>]]>d<?p i?>\r\n&#x1F600;&quot;</string>"),
+         u" ab<x>d\n😀\""_s},
+        {xml("<dict><key/><true/><key>k<!--c--></key><false/></dict>"),
+         QVariantMap{{u""_s, true}, {u"k"_s, false}}},
+        {xml("<date>2020-01-02T03:04:05.678Z</date>"), date},
+        {xml("<date>2020-01-02T05:04:05.678+02:00</date>"), date},
+        {xml("<date>2020-01-02T03:04:05.678</date>"), date},
+        {xml("<integer> -0x1F\n</integer>"), -31LL},
+        {"<!DOCTYPE plist [<!ELEMENT plist ANY> <!-- ]> -->]><plist><data>D71=</data></plist>",
+         QByteArray("\x0f\xbd")},
+    };
+    for (const auto &[data, expected] : cases) {
+        const Result<QVariant> read = PropertyList::parse(data);
+        EXPECT_EQ(read.valueOr({}), expected) << data.constData() << read.error().toStdString();
+    }
     for (const int year : {1, 1066, 4001}) {
         const QByteArray date = QByteArray::number(year).rightJustified(4, '0');
         EXPECT_EQ(PropertyList::parse(xml("<date>" + date + "-02-03T04:05:06Z</date>")).value(),
@@ -158,7 +199,10 @@ TEST(PropertyList, SaysInWhichLineWhatIsWrong)
         {xml("<wrong/>"), "found <wrong>"},
         {xml("<string><b/></string>"), "line 3"},
         {xml("<array>"), "line 3"},
-        {xml("<string>&unknown;</string>"), "no property list"},
+        {xml("<string>&unknown;</string>"), "line 3: undefined entity unknown"},
+        {"<plist><string>&unknown;</string></plist>", "line 1: undefined entity"},
+        {xml("<string>&#1;</string>"), "line 3"},
+        {binary({"\x09"}).replace("00\x09", "01\x09"), "unknown version"},
         {xml("<integer>12x</integer>"), "expected integer, found \"12x\""},
         {xml("<date>yesterday</date>"), "expected date"},
         {xml("<real></real>"), "expected real"},
@@ -191,7 +235,18 @@ TEST(PropertyList, RefusesWhatWouldExhaustTheMachine)
         {xml(nested("<array>", "</array>", 100'000)), "no more than 512 levels"},
         {"a = (" + QByteArray("b,").repeated(300'000) + ");", "no more than 200000 values"},
         {xml("<array>" + QByteArray("<true/>").repeated(300'000)), "no more than 200000 values"},
+        {QByteArray("a;").repeated(300'000), "no more than 200000 values"},
         {QByteArray(PropertyListLimits::bytes + 1, ' '), "larger than"},
+        {xml("<dict" + QByteArray(" a=\"\"").repeated(200'000) + "/>"), "no more than 65536 bytes"},
+        {xml(QByteArray("<array>") + "<true" + QByteArray(66'000, ' ') + "/></array>"),
+         "no more than 65536 bytes"},
+        {"<!DOCTYPE p [" + QByteArray("<!ELEMENT p ANY>").repeated(5'000)
+             + "]><plist><true/></plist>",
+         "no more than 65536 bytes"},
+        {"<!DOCTYPE p [<!ENTITY a 'b'>]><plist><true/></plist>", "no declaration of an entity"},
+        {"<!DOCTYPE p [<!ENTITY % a '%b;'>]><plist><true/></plist>", "no declaration of an entity"},
+        {"<!DOCTYPE p [<!ATTLIST true a CDATA ''>]><plist><true/></plist>",
+         "no declaration of an attribute"},
         {binary({QByteArray("\xa1\0\0", 3)}), "object 0 contains itself"},
         {binary({"\xa1" + bigEndian(1, 2), QByteArray("\xa1\0\0", 3)}), "object 0 contains itself"},
         {binary(laughs << QByteArray("\x09")), "more than 200000 values"},
@@ -199,6 +254,9 @@ TEST(PropertyList, RefusesWhatWouldExhaustTheMachine)
         {binary(bulky), "33554432 bytes"},
         {binary({QByteArray("\xd1\0\1\0\1", 5), "\x09"}), "a key of object 0"},
         {binary({"\xa1\xff\xff"}), "object 0 is damaged"},
+        {binary({"\x14" + bigEndian(1, 8) + bigEndian(0, 8)}), "object 0 is damaged"},
+        {binary({"\x84" + bigEndian(1, 1) + bigEndian(0, 4)}), "object 0 is damaged"},
+        {binary({QByteArray(1, '\0')}), "object 0 is damaged"},
         {binary({"\x5f\x13\xff\xff\xff\xff\xff\xff\xff\xff"}), "object 0 is damaged"},
         {binary({"\xcf\x12\xff\xff\xff\xff"}), "object 0 is damaged"},
     };
