@@ -183,7 +183,7 @@ void LoginItemList::removeMainBundleFromLoginItems()
 {
     const QString item = mainBundleLoginItemCopy();
     if (!item.isNull())
-        systemServices().fileSystem->remove(item);
+        systemServices().fileSystem->hold(item)->remove();
 }
 
 bool LoginItemList::launchOnLogin()

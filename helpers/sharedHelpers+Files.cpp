@@ -38,6 +38,19 @@ bool fill(FileWriter &file, const QByteArray &block, qint64 count)
     return file.close();
 }
 
+/// One pass. In between anybody who may write to the folder can put something in the file's place,
+/// a link to another file for one: that must never be written to, so the file has to be a new one.
+bool shred(HeldItem &item, int fillchar)
+{
+    // The item's own: of a link the link itself is replaced, and its target left alone.
+    const auto attributes = item.attributes();
+    if (!attributes || !attributes->size || !item.remove())
+        return false;
+    const QByteArray block(blockSize, static_cast<char>(fillchar));
+    const std::unique_ptr<FileWriter> file = item.create(block);
+    return file && fill(*file, block, (*attributes->size >> blockBits) + 1);
+}
+
 } // namespace
 
 int sharedHelpers::forcedDelayValue()
@@ -80,7 +93,8 @@ quint64 sharedHelpers::getFileSize(const QString &path)
 
 bool sharedHelpers::removeFileAtPath(const QString &path)
 {
-    return files().remove(path) || files().removeTree(path);
+    const auto item = files().hold(path);
+    return item->remove() || item->removeTree();
 }
 
 bool sharedHelpers::removeFileAtPathQuickClean(const QString &path)
@@ -95,29 +109,22 @@ bool sharedHelpers::secureRemoveFileAtPath(const QString &path)
 
 bool sharedHelpers::shredFile(const QString &path, bool random7)
 {
+    // All passes and the removal at their end in one folder, whatever its path leads to by then.
+    const auto item = files().hold(path);
     bool shredded = true;
     if (random7) {
         std::srand(static_cast<unsigned>(std::time(nullptr)));
         for (int pass = 0; shredded && pass < randomPasses; ++pass)
-            shredded = _shredFile(path, std::rand());
+            shredded = shred(*item, std::rand());
     } else {
-        shredded = _shredFile(path, 0);
+        shredded = shred(*item, 0);
     }
     // What a failed pass has left is of no use to anybody; there may be nothing, too.
-    files().remove(path);
+    item->remove();
     return shredded;
 }
 
 bool sharedHelpers::_shredFile(const QString &path, int fillchar)
 {
-    // The item's own: of a link the link itself is replaced, and its target left alone.
-    const auto attributes = files().attributes(path);
-    if (!attributes || !attributes->size || !files().remove(path))
-        return false;
-    const QByteArray block(blockSize, static_cast<char>(fillchar));
-    // In between anybody who may write to the folder can put something in the file's place, a link
-    // to another file for one: that must never be written to, so the file has to be a new one and
-    // is never looked up again.
-    const std::unique_ptr<FileWriter> file = files().createForWriting(path, block);
-    return file && fill(*file, block, (*attributes->size >> blockBits) + 1);
+    return shred(*files().hold(path), fillchar);
 }

@@ -21,13 +21,12 @@ public:
     /// nothing is.
     static FilePlace inFolder(const QString &path);
 
-    /// For the "at" calls: AT_FDCWD where the path alone will do.
+    /// For the "at" calls: the item's own folder after inFolder(), else AT_FDCWD where the path
+    /// alone will do.
     int folder() const { return m_folder.isOpen() ? m_folder.number() : AT_FDCWD; }
     /// Empty where nothing is, which the "at" calls answer with ENOENT.
     const char *path() const { return m_path.constData(); }
     bool isNowhere() const { return m_path.isEmpty(); }
-    /// The folder's descriptor, which the place loses; open after inFolder() unless nowhere.
-    FileDescriptor takeFolder() { return std::move(m_folder); }
 
 private:
     FileDescriptor m_folder;

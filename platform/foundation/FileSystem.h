@@ -28,6 +28,27 @@ public:
     virtual bool close() = 0;
 };
 
+/// An item by its name in a folder that was looked up once and is held: whatever takes the place of
+/// that folder or of those above, every call reaches what has the name in this very one. Links on
+/// the way count as they stood then; one that has the name itself is never followed. Where the way
+/// led nowhere every call fails. One thread.
+class HeldItem
+{
+public:
+    virtual ~HeldItem() = default;
+
+    virtual std::optional<FileAttributes> attributes() const = 0;
+    /// A file, a link itself or an empty folder, as the C library's remove().
+    virtual bool remove() = 0;
+    /// As ::removeTree().
+    virtual bool removeTree() = 0;
+    /// Makes a file of this content where nothing may have the name, not even a link, and which its
+    /// owner alone may read; to write over the content from its start. Whatever takes the file's
+    /// name meanwhile, a link to another for one, is not written to. Null when it could not be
+    /// made.
+    virtual std::unique_ptr<FileWriter> create(QByteArrayView content) = 0;
+};
+
 /// Files by path, written as FilePath writes them and of any length. False or nothing tells that a
 /// step failed. Nothing throws. Any thread.
 class FileSystem
@@ -40,10 +61,8 @@ public:
     /// Whether there is something at the end of all links.
     virtual bool exists(const QString &path) const = 0;
 
-    /// A file, a link itself or an empty folder, as the C library's remove().
-    virtual bool remove(const QString &path) = 0;
-    /// As ::removeTree().
-    virtual bool removeTree(const QString &path) = 0;
+    /// The item, for what takes several steps. Never null.
+    virtual std::unique_ptr<HeldItem> hold(const QString &path) = 0;
 
     /// The whole content of a regular file, or of one that a link leads to, of at most so many
     /// bytes; nothing for anything else. Waits for no writer.
@@ -55,9 +74,4 @@ public:
     /// A failure leaves what was there, whole, and nothing beside it. Only where the folder keeps
     /// its entries to others is the file itself written to, as by writeFile().
     virtual bool replaceFile(const QString &path, QByteArrayView content) = 0;
-    /// Makes a file of this content, which must not exist, not even as a link, and which its owner
-    /// alone may read; to write over the content from its start. Whatever takes the file's name
-    /// meanwhile, a link to another for one, is not written to. Null when it could not be made.
-    virtual std::unique_ptr<FileWriter> createForWriting(const QString &path,
-                                                         QByteArrayView content) = 0;
 };

@@ -78,15 +78,61 @@ private:
     FileDescriptor m_file;
 };
 
+std::optional<FileAttributes> attributesAt(int folder, const char *name)
+{
+    struct stat64 status;
+    if (::fstatat64(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+        return std::nullopt;
+    return FileAttributes{typeOf(status.st_mode), status.st_size};
+}
+
+class RealHeldItem : public HeldItem
+{
+public:
+    explicit RealHeldItem(const QString &path)
+        : m_place(FilePlace::inFolder(path))
+        , m_name(m_place.path())
+    {
+        // A slash at the end says that a folder is meant; removeTree() alone does without.
+        if (path.endsWith(u'/') && !m_place.isNowhere())
+            m_name += '/';
+    }
+
+    std::optional<FileAttributes> attributes() const override
+    {
+        return attributesAt(m_place.folder(), m_name.constData());
+    }
+    bool remove() override { return unlink(0) || (errno == EISDIR && unlink(AT_REMOVEDIR)); }
+    bool removeTree() override { return ::removeTree(m_place); }
+    std::unique_ptr<FileWriter> create(QByteArrayView content) override
+    {
+        constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+        FileDescriptor file(uninterrupted(
+            [&] { return ::openat64(m_place.folder(), m_name.constData(), flags, 0600); }));
+        if (!file.isOpen() || !writeAll(file.number(), content)
+            || ::lseek64(file.number(), 0, SEEK_SET) != 0)
+            return nullptr;
+        return std::make_unique<RealFileWriter>(std::move(file));
+    }
+
+private:
+    bool unlink(int flags)
+    {
+        return uninterrupted(
+                   [&] { return ::unlinkat(m_place.folder(), m_name.constData(), flags); })
+            == 0;
+    }
+
+    const FilePlace m_place;
+    QByteArray m_name;
+};
+
 } // namespace
 
 std::optional<FileAttributes> RealFileSystem::attributes(const QString &path) const
 {
     const FilePlace place = FilePlace::of(path);
-    struct stat64 status;
-    if (::fstatat64(place.folder(), place.path(), &status, AT_SYMLINK_NOFOLLOW) != 0)
-        return std::nullopt;
-    return FileAttributes{typeOf(status.st_mode), status.st_size};
+    return attributesAt(place.folder(), place.path());
 }
 
 bool RealFileSystem::exists(const QString &path) const
@@ -95,19 +141,9 @@ bool RealFileSystem::exists(const QString &path) const
     return ::faccessat(place.folder(), place.path(), F_OK, 0) == 0;
 }
 
-bool RealFileSystem::remove(const QString &path)
+std::unique_ptr<HeldItem> RealFileSystem::hold(const QString &path)
 {
-    // What remove() does, which has no form for paths longer than it takes.
-    const FilePlace place = FilePlace::of(path);
-    const auto unlink = [&](int flags) {
-        return uninterrupted([&] { return ::unlinkat(place.folder(), place.path(), flags); }) == 0;
-    };
-    return unlink(0) || (errno == EISDIR && unlink(AT_REMOVEDIR));
-}
-
-bool RealFileSystem::removeTree(const QString &path)
-{
-    return ::removeTree(path);
+    return std::make_unique<RealHeldItem>(path);
 }
 
 std::optional<QByteArray> RealFileSystem::readFile(const QString &path, qsizetype limit) const
@@ -131,14 +167,4 @@ bool RealFileSystem::replaceFile(const QString &path, QByteArrayView content)
     const bool isKept = std::find(keepsItsEntries.begin(), keepsItsEntries.end(), error.value())
         != keepsItsEntries.end();
     return !error || (isKept && writeFile(path, content));
-}
-
-std::unique_ptr<FileWriter> RealFileSystem::createForWriting(const QString &path,
-                                                             QByteArrayView content)
-{
-    FileDescriptor file = openFile(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
-    if (!file.isOpen() || !writeAll(file.number(), content)
-        || ::lseek64(file.number(), 0, SEEK_SET) != 0)
-        return nullptr;
-    return std::make_unique<RealFileWriter>(std::move(file));
 }

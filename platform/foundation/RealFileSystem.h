@@ -8,11 +8,8 @@ class RealFileSystem : public FileSystem
 public:
     std::optional<FileAttributes> attributes(const QString &path) const override;
     bool exists(const QString &path) const override;
-    bool remove(const QString &path) override;
-    bool removeTree(const QString &path) override;
+    std::unique_ptr<HeldItem> hold(const QString &path) override;
     std::optional<QByteArray> readFile(const QString &path, qsizetype limit) const override;
     bool writeFile(const QString &path, QByteArrayView content) override;
     bool replaceFile(const QString &path, QByteArrayView content) override;
-    std::unique_ptr<FileWriter> createForWriting(const QString &path,
-                                                 QByteArrayView content) override;
 };

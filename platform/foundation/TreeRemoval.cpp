@@ -1,6 +1,5 @@
 #include "platform/foundation/TreeRemoval.h"
 
-#include "platform/foundation/FilePlace.h"
 #include "platform/foundation/FolderDescent.h"
 
 #include <dirent.h>
@@ -129,6 +128,13 @@ private:
 
 bool removeTree(const QString &path)
 {
-    FilePlace place = FilePlace::inFolder(path);
-    return !place.isNowhere() && TreeRemoval(place.takeFolder()).remove(place.path());
+    return removeTree(FilePlace::inFolder(path));
+}
+
+bool removeTree(const FilePlace &place)
+{
+    if (place.isNowhere())
+        return false;
+    FileDescriptor folder(::fcntl(place.folder(), F_DUPFD_CLOEXEC, 0));
+    return folder.isOpen() && TreeRemoval(std::move(folder)).remove(place.path());
 }

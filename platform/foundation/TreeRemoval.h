@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/foundation/FilePlace.h"
+
 #include <QString>
 
 /// Removes a folder with all it holds, or anything else. Answers whether that was done: for what is
@@ -12,3 +14,5 @@
 /// what was named. Refuses "/" and paths that end in "." or "..". There is no limit of depth. Any
 /// thread.
 bool removeTree(const QString &path);
+/// The same for a place from FilePlace::inFolder().
+bool removeTree(const FilePlace &place);

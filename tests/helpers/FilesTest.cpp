@@ -6,6 +6,7 @@
 #include "tests/platform/foundation/LinkRace.h"
 
 #include <ctime>
+#include <mutex>
 
 namespace {
 
@@ -43,26 +44,22 @@ class WatchedFiles : public RealFileSystem
 {
 public:
     QStringList steps;
-    QString failing;     ///< the step that fails, or at its n-th time: "write 2"
-    bool isFast = false; ///< waits for no disk
+    QString failing;                       ///< the step that fails, or at its n-th time: "write 2"
+    bool isFast = false;                   ///< waits for no disk
+    std::function<void()> between = [] {}; ///< called once the item is found, before each step
     QStringList takeSteps() { return std::exchange(steps, {}); }
 
     bool passes(const QString &step)
     {
         steps << step;
+        between();
         return step != failing && u"%1 %2"_s.arg(step).arg(steps.count(step)) != failing;
     }
-    bool remove(const QString &path) override
+    std::unique_ptr<HeldItem> hold(const QString &path) override
     {
-        return passes(u"remove"_s) && RealFileSystem::remove(path);
-    }
-    std::unique_ptr<FileWriter> createForWriting(const QString &path,
-                                                 QByteArrayView content) override
-    {
-        auto real = passes(u"create %1"_s.arg(content.size()))
-            ? RealFileSystem::createForWriting(path, content)
-            : nullptr;
-        return real ? std::make_unique<Writer>(*this, path, std::move(real)) : nullptr;
+        auto item = std::make_unique<Item>(*this, path, RealFileSystem::hold(path));
+        between();
+        return item;
     }
 
 private:
@@ -92,6 +89,27 @@ private:
         QString path;
         std::unique_ptr<FileWriter> real;
         int fill = 0;
+    };
+    struct Item : HeldItem
+    {
+        Item(WatchedFiles &watched, const QString &name, std::unique_ptr<HeldItem> item)
+            : files(watched)
+            , path(name)
+            , real(std::move(item))
+        { }
+        std::optional<FileAttributes> attributes() const override { return real->attributes(); }
+        bool remove() override { return files.passes(u"remove"_s) && real->remove(); }
+        bool removeTree() override { return real->removeTree(); }
+        std::unique_ptr<FileWriter> create(QByteArrayView content) override
+        {
+            auto file =
+                files.passes(u"create %1"_s.arg(content.size())) ? real->create(content) : nullptr;
+            return file ? std::make_unique<Writer>(files, path, std::move(file)) : nullptr;
+        }
+
+        WatchedFiles &files;
+        QString path;
+        std::unique_ptr<HeldItem> real;
     };
 };
 
@@ -186,11 +204,13 @@ TEST_F(Files, AreShreddedBlockByBlock)
     const QString filled = add(u"f"_s, 40000);
     EXPECT_TRUE(helpers._shredFile(filled, 0x141));
     EXPECT_TRUE(fileContent(filled) == QByteArray(49152, '\x41'));
-    for (const QString &none : {u"/missing/file"_s, u""_s, QString()}) {
+    for (const QString &none : {u"/missing/file"_s, filled + u"/x"_s, u""_s, QString()}) {
         EXPECT_FALSE(helpers.secureRemoveFileAtPath(none) || helpers.removeFileAtPath(none)
                      || helpers.shredFile(none, true) || helpers._shredFile(none, 0));
         EXPECT_EQ(helpers.getFileSize(none), 0u);
     }
+    EXPECT_FALSE(helpers.secureRemoveFileAtPath(filled + u'/')) << "no folder";
+    EXPECT_TRUE(QFile::exists(filled));
 }
 
 TEST_F(Files, AreShreddedWithoutReachingThroughLinksOrIntoFolders)
@@ -212,42 +232,103 @@ TEST_F(Files, AreShreddedWithoutReachingThroughLinksOrIntoFolders)
     EXPECT_EQ(helpers.getFileSize(services.home.path()), quint64(folder.st_size));
 }
 
-/// The file becomes a link, symbolic and hard by turns, between any two steps.
-TEST_F(Files, AreShreddedWithoutReachingThroughLinksThatAreSwappedIn)
+namespace {
+
+const struct Way
+{
+    const char *what;
+    bool isSecure;
+    bool (sharedHelpers::*remove)(const QString &);
+} ways[] = {
+    {"secureRemoveFileAtPath", false, &sharedHelpers::secureRemoveFileAtPath},
+    {"removeFileAtPathQuickClean, secure", true, &sharedHelpers::removeFileAtPathQuickClean},
+    {"removeFileAtPathQuickClean", false, &sharedHelpers::removeFileAtPathQuickClean},
+};
+
+} // namespace
+
+/// The file becomes a link, symbolic and hard, a folder and a pipe by turns, between any two steps.
+TEST_F(Files, AreShreddedWithoutReachingThroughWhatIsSwappedIn)
 {
     files.isFast = true; // waiting for the disk would leave the swaps to themselves
-    struct
-    {
-        const char *what;
-        bool isSecure;
-        bool (sharedHelpers::*remove)(const QString &);
-    } const rows[] = {
-        {"secureRemoveFileAtPath", false, &sharedHelpers::secureRemoveFileAtPath},
-        {"removeFileAtPathQuickClean, secure", true, &sharedHelpers::removeFileAtPathQuickClean},
-        {"removeFileAtPathQuickClean", false, &sharedHelpers::removeFileAtPathQuickClean},
-    };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.what);
-        std::printf("%s: ", row.what);
-        services.defaults[u"slvQuickClean.secure"_s] = row.isSecure;
+    for (const Way &way : ways) {
+        SCOPED_TRACE(way.what);
+        std::printf("%s: ", way.what);
+        services.defaults[u"slvQuickClean.secure"_s] = way.isSecure;
         LinkRace race;
         const FileTree tree;
         const std::string file = tree.path("f"), link = tree.path("link");
-        bool isHard = false;
+        const auto take = [](const std::string &path) {
+            return ::unlink(path.c_str()) == 0 || ::rmdir(path.c_str()) == 0;
+        };
+        const std::string elsewhere = race.fileElsewhere();
+        int (*const makers[])(const char *, const char *) = {
+            ::link, ::symlink, [](const char *, const char *path) { return ::mkdir(path, 0700); },
+            [](const char *, const char *path) { return ::mkfifo(path, 0600); }};
+        int turn = 0;
         const auto swap = [&] {
-            isHard = !isHard;
-            const bool made = isHard ? ::link(race.fileElsewhere().c_str(), link.c_str()) == 0
-                                     : ::symlink(race.fileElsewhere().c_str(), link.c_str()) == 0;
-            const bool isThere = made && ::rename(link.c_str(), file.c_str()) == 0;
+            const int made = makers[++turn % 4](elsewhere.c_str(), link.c_str());
+            const auto rename = [&](unsigned flags) {
+                return ::renameat2(AT_FDCWD, link.c_str(), AT_FDCWD, file.c_str(), flags) == 0;
+            };
+            const bool isThere = made == 0 && (rename(RENAME_EXCHANGE) || rename(0));
             std::this_thread::yield();
-            const bool isMet = ::unlink(file.c_str()) != 0 && errno == ENOENT;
+            const bool isMet = !take(file) && errno == ENOENT;
+            take(link);
             return !isThere ? LinkRace::NotDone : isMet ? LinkRace::Removed : LinkRace::TakenBack;
         };
         race.run(swap, [&] {
             files.steps.clear();
             ::close(::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-            return (helpers.*row.remove)(tree.text("f"));
+            return (helpers.*way.remove)(tree.text("f"));
         });
+    }
+}
+
+/// A link to a folder with a file of the same name takes the folder's place once that was found.
+TEST_F(Files, AreRemovedFromTheOneFolderThatTheirPathLedTo)
+{
+    files.isFast = true;
+    for (const Way &way : ways) {
+        SCOPED_TRACE(way.what);
+        std::printf("%s: ", way.what);
+        services.defaults[u"slvQuickClean.secure"_s] = way.isSecure;
+        LinkRace race;
+        const FileTree tree;
+        tree.folder("t");
+        const std::string folder = tree.path("t"), link = tree.path("link");
+        ASSERT_EQ(::symlink(race.folderElsewhere().c_str(), link.c_str()), 0);
+        const auto exchange = [&] {
+            ::renameat2(AT_FDCWD, link.c_str(), AT_FDCWD, folder.c_str(), RENAME_EXCHANGE);
+        };
+        std::mutex swapping;
+        std::atomic<bool> isFound = false;
+        files.between = [&] { isFound = true; };
+        const auto swap = [&] {
+            if (!isFound)
+                return LinkRace::NotDone;
+            const std::lock_guard lock(swapping);
+            if (!isFound)
+                return LinkRace::NotDone;
+            exchange();
+            for (int i = 0; i < 10; ++i)
+                std::this_thread::yield();
+            exchange();
+            return tree.has("t/0") ? LinkRace::TakenBack : LinkRace::Removed;
+        };
+        int failed = 0;
+        const bool takesTrees =
+            way.remove == &sharedHelpers::removeFileAtPathQuickClean && !way.isSecure;
+        race.run(swap, [&] {
+            takesTrees ? tree.folder("t/0"), tree.file("t/0/f") : tree.file("t/0", 3);
+            files.steps.clear();
+            const bool isRemoved = (helpers.*way.remove)(tree.text("t/0"));
+            isFound = false; // first, or the swaps would hardly ever let go of the lock
+            const std::lock_guard lock(swapping);
+            failed += !isRemoved || tree.has("t/0");
+            return isRemoved;
+        });
+        EXPECT_EQ(failed, 0);
     }
 }
 

@@ -15,14 +15,14 @@ TEST(FileRemoval, TakesTreesAndNeverWhatLinksLeadTo)
     for (const char *link : {"t/link", "top"})
         ASSERT_EQ(::symlink(other.path().c_str(), tree.path(link).c_str()), 0);
     RealFileSystem files;
-    EXPECT_FALSE(files.remove(tree.text("t")));
+    EXPECT_FALSE(files.hold(tree.text("t"))->remove());
     for (const char *name : {"t/.", "t/..", "missing", "t/link/missing"})
-        EXPECT_FALSE(files.removeTree(tree.text(name))) << name;
+        EXPECT_FALSE(removeTree(tree.text(name))) << name;
     for (const QString &path : {u"/"_s, u"//"_s, QString(), tree.text("t") + QChar(0)})
-        EXPECT_FALSE(files.removeTree(path)) << path.toStdString();
+        EXPECT_FALSE(removeTree(path)) << path.toStdString();
     EXPECT_TRUE(tree.has("t/\xff/f"));
-    EXPECT_TRUE(files.removeTree(tree.text("t") + u'/'));
-    EXPECT_TRUE(files.removeTree(tree.text("top/")));
+    EXPECT_TRUE(files.hold(tree.text("t") + u'/')->removeTree());
+    EXPECT_TRUE(files.hold(tree.text("top/"))->removeTree());
     EXPECT_FALSE(tree.has("t") || tree.has("top"));
     EXPECT_TRUE(other.has("kept"));
 }
@@ -36,11 +36,12 @@ TEST(FileRemoval, ReachesBelowTheLongestPath)
     const QString file = tree.text(last.substr(0, last.size() - 6) + "/file");
     EXPECT_EQ(files.attributes(file).value_or(FileAttributes{FileAttributes::Other, 1}).size, 0);
     EXPECT_TRUE(files.attributes(tree.text(last) + u'/').has_value());
-    EXPECT_TRUE(files.remove(file));
+    const auto item = files.hold(file);
+    EXPECT_TRUE(item->remove());
     EXPECT_FALSE(files.exists(file));
-    EXPECT_TRUE(files.createForWriting(file, "new"));
+    EXPECT_TRUE(item->create("new"));
     EXPECT_EQ(files.readFile(file, 3), QByteArray("new"));
-    EXPECT_TRUE(files.removeTree(tree.text("deep/level")));
+    EXPECT_TRUE(removeTree(tree.text("deep/level")));
     EXPECT_TRUE(tree.has("deep/file"));
     EXPECT_FALSE(tree.has("deep/level"));
 }
@@ -60,12 +61,11 @@ TEST(FileRemoval, StaysInTheTreeWhileLinksAreSwappedIn)
         ::renameat2(AT_FDCWD, link.c_str(), AT_FDCWD, top.c_str(), RENAME_EXCHANGE);
         return !isThere ? LinkRace::NotDone : isMet ? LinkRace::Removed : LinkRace::TakenBack;
     };
-    RealFileSystem files;
     race.run(swap, [&] {
         ::mkdir(top.c_str(), 0755);
         ::mkdir(folder.c_str(), 0755);
         [[maybe_unused]] const int linked = ::symlink(race.folderElsewhere().c_str(), link.c_str());
-        return files.removeTree(tree.text("t"));
+        return removeTree(tree.text("t"));
     });
 }
 
@@ -85,9 +85,8 @@ TEST(FileRemoval, LeavesMountedVolumesAndRemovesTheRest)
             && ::mount(other.path().c_str(), mount.c_str(), nullptr, MS_BIND, nullptr) == 0;
         if (!mounted)
             return;
-        RealFileSystem files;
-        EXPECT_FALSE(files.removeTree(tree.text("t/mount")));
-        EXPECT_FALSE(files.removeTree(tree.text("t")));
+        EXPECT_FALSE(removeTree(tree.text("t/mount")));
+        EXPECT_FALSE(removeTree(tree.text("t")));
     })
         .join();
     if (!mounted)
@@ -108,7 +107,7 @@ TEST(FileRemoval, LeavesWhatItMayNotRemoveAndTakesTheRest)
         ASSERT_EQ(::chmod(tree.path(folder).c_str(), mode), 0);
     {
         const NoPowers none;
-        EXPECT_FALSE(RealFileSystem().removeTree(tree.text("t")));
+        EXPECT_FALSE(removeTree(tree.text("t")));
     }
     EXPECT_TRUE(tree.has("t/locked/kept"));
     EXPECT_FALSE(tree.has("t/shut") || tree.has("t/z"));
@@ -123,11 +122,16 @@ TEST(RealFileSystem, WritesOnlyWhatItIsSupposedTo)
     ASSERT_EQ(::symlink("target", tree.path("link").c_str()), 0);
     ASSERT_EQ(::link(tree.path("target").c_str(), tree.path("second").c_str()), 0);
     ASSERT_EQ(::mkfifo(tree.path("pipe").c_str(), 0600), 0);
+    tree.folder("empty");
+    ASSERT_EQ(::symlink("empty", tree.path("way").c_str()), 0);
+    for (const char *name : {"target/", "link/", "way/", "empty/.", "empty/..", "way/target"})
+        EXPECT_FALSE(files.hold(tree.text(name))->remove()) << name;
+    EXPECT_TRUE(files.hold(tree.text("empty/"))->remove() && tree.has("way"));
     for (const char *name : {"target", "link", "pipe", "", "missing/x"})
-        EXPECT_FALSE(files.createForWriting(tree.text(name), "x")) << name;
+        EXPECT_FALSE(files.hold(tree.text(name))->create("x")) << name;
     {
         // Written over from its start, whatever has its name by then.
-        const auto file = files.createForWriting(tree.text("new"), "first");
+        const auto file = files.hold(tree.text("new"))->create("first");
         ASSERT_NE(file, nullptr);
         ASSERT_EQ(::rename(tree.path("new").c_str(), tree.path("moved").c_str()), 0);
         ASSERT_EQ(::link(tree.path("target").c_str(), tree.path("new").c_str()), 0);
