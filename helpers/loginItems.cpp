@@ -4,6 +4,7 @@
 #include "platform/foundation/DesktopEntry.h"
 #include "platform/foundation/FilePath.h"
 #include "platform/foundation/FilePlace.h"
+#include "platform/foundation/FileReplacement.h"
 #include "platform/foundation/FolderDescent.h"
 #include "platform/foundation/SystemServices.h"
 
@@ -14,9 +15,9 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
@@ -80,10 +81,16 @@ QByteArray resolved(const QString &path)
     return QByteArray(found.get());
 }
 
+/// What stands before a program whose path cannot begin the command: a percent sign is written
+/// twice, but sessions look for the first word just as it is written, and "=" may not be in it. It
+/// changes nothing about the program, and unlike env takes any path for one.
+const QStringList runner{u"nice"_s, u"-n"_s, u"0"_s};
+
 /// The file that the entry runs, links resolved; null when there is none.
 QByteArray programOf(const DesktopEntry &entry)
 {
-    const QString name = entry.command().value(0);
+    const QStringList command = entry.command();
+    const QString name = command.value(command.mid(0, runner.size()) == runner ? runner.size() : 0);
     if (name.isEmpty() || name.startsWith(u'/'))
         return resolved(name);
     return name.contains(u'/') ? QByteArray() : resolved(QStandardPaths::findExecutable(name));
@@ -100,8 +107,11 @@ QByteArray entryFor(const QString &program)
                           "Terminal=false\n"
                           "X-GNOME-Autostart-enabled=true\n"
                           "X-Solvane-HideOnLaunch=true\n"_s;
+    QStringList command{DesktopEntry::quotedArgument(program)};
+    if (program.contains(u'%') || program.contains(u'='))
+        command = runner + command;
     QStringEncoder encoder(QStringEncoder::Utf8);
-    const QByteArray content = encoder(entry.arg(DesktopEntry::quotedArgument(program)));
+    const QByteArray content = encoder(entry.arg(command.join(u' ')));
     return encoder.hasError() ? QByteArray() : content;
 }
 
@@ -114,21 +124,6 @@ bool makeFolder(const QString &path)
     const qsizetype slash = path.lastIndexOf(u'/');
     return slash >= 0 && (slash == 0 || makeFolder(path.first(slash)))
         && (::mkdir(FilePath::encode(path).constData(), 0700) == 0 || isFolder(path));
-}
-
-/// Puts a file of this content in the place of what has the path, if that is no folder. A link is
-/// replaced itself, not the file that it leads to, which may be the system's.
-void replaceFile(const QString &path, const QByteArray &content)
-{
-    QByteArray made = FilePath::encode(path) + ".XXXXXX";
-    FileDescriptor file(::mkostemp(made.data(), O_CLOEXEC));
-    if (!file.isOpen())
-        return;
-    const bool isWritten =
-        ::write(file.number(), content.constData(), size_t(content.size())) == content.size()
-        && ::fsync(file.number()) == 0 && file.close();
-    if (!isWritten || std::rename(made.constData(), FilePath::encode(path).constData()) != 0)
-        ::unlink(made.constData());
 }
 
 } // namespace
@@ -175,8 +170,9 @@ void LoginItemList::addMainBundleToLoginItems()
 {
     const QString program = systemServices().mainBundle->executablePath();
     const QByteArray entry = program.isNull() ? QByteArray() : entryFor(program);
+    // Whether that could be done, launchOnLogin() tells.
     if (!loginItemsListRef.isNull() && !entry.isNull() && makeFolder(loginItemsListRef))
-        replaceFile(loginItemsListRef + u'/' + ownEntry, entry);
+        std::ignore = replaceFile(loginItemsListRef + u'/' + ownEntry, entry);
 }
 
 void LoginItemList::removeMainBundleFromLoginItems()

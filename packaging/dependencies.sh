@@ -20,7 +20,7 @@ SOLVANE_DISPLAY_PACKAGES=(xvfb)
 SOLVANE_TEST_PACKAGES=(
     libgtest-dev libgmock-dev
     clang-format clang-tidy lld
-    at-spi2-core dbus dbus-x11 desktop-file-utils python3
+    at-spi2-core dbus dbus-x11 desktop-file-utils python3 libglib2.0-bin
     fonts-noto-cjk imagemagick openbox wmctrl x11-utils xauth xclip xdotool
 )
 

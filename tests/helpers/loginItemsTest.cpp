@@ -19,7 +19,8 @@ struct LoginItems : testing::Test
 
     static QString makeProgram(const QString &bundle)
     {
-        QFile file(TestServices::write(bundle + u"/Contents/MacOS/solvane"_s, "#!/bin/true\n"));
+        QFile file(TestServices::write(bundle + u"/Contents/MacOS/solvane"_s,
+                                       "#!/bin/sh\n: > \"$0 $*\"\n"));
         file.setPermissions(QFile::ReadOwner | QFile::ExeOwner | QFile::WriteOwner);
         return file.fileName();
     }
@@ -136,7 +137,7 @@ TEST_F(LoginItems, FindsTheProgramHoweverItIsWritten)
 TEST_F(LoginItems, QuotesEveryPathThatAnEntryCanHold)
 {
     for (const char *name : {"a b", "a\"b", "a$b`c`", "a\\b", "a\\nb", "50%", "%f", "a'b;c&d",
-                             "a\nb\tc", "\xc3\xa4\xe6\x97\xa5"}) {
+                             "a\nb\tc", "a=b", "a=%=", "\xc3\xa4\xe6\x97\xa5"}) {
         SCOPED_TRACE(name);
         const QString bundle = services.root.path() + u'/' + QString::fromUtf8(name) + u".app"_s;
         const QString program = makeProgram(bundle);
@@ -147,6 +148,9 @@ TEST_F(LoginItems, QuotesEveryPathThatAnEntryCanHold)
         items->setLaunchOnLogin(true);
         EXPECT_TRUE(items->launchOnLogin());
         EXPECT_EQ(QProcess::execute(u"desktop-file-validate"_s, {own}), 0);
+        // The one thing that a name can do to a session: the program says that it runs.
+        EXPECT_EQ(QProcess::execute(u"gio"_s, {u"launch"_s, own}), 0);
+        EXPECT_SOON(QFile::exists(program + u" --hidden"_s));
     }
     const QString strange = services.root.path() + u'/' + QChar(0xdce4); // no entry can name it
     const QByteArray named = QFile::encodeName(services.root.filePath(u"a b.app"_s));
