@@ -42,13 +42,14 @@ public:
     virtual void removeStringAtIndex(int index) = 0;
 
     /// One line an entry, each ended by a line feed, in UTF-8. A file of that path is replaced,
-    /// or a link itself. False when it could not be written, and when an entry is no Unicode; then
-    /// the file stays as it was. In a folder that takes no new entries the file itself is written
-    /// over: only a disk that fails in the middle of that leaves half of it.
+    /// or a link itself. False when it could not be written, when an entry is no Unicode, and when
+    /// there would be more than 128 MiB; then the file stays as it was. In a folder that takes no
+    /// new entries the file itself is written over: only a disk that fails in the middle of that
+    /// leaves half of it.
     virtual bool saveToFile(const QString &path) = 0;
     /// Replaces the entries; what was saved comes back with one empty entry more. False for a
     /// missing file, which changes nothing, and for one that is unreadable, no UTF-8, or larger
-    /// than 32 MiB, which leaves the list empty.
+    /// than 128 MiB, which leaves the list empty.
     virtual bool loadFromFile(const QString &path) = 0;
     /// Appends the texts stored under the key: in a StringArray, QStringList or QVariantList.
     virtual void loadFromDic(const Dictionary &dictionary, const QString &key) = 0;

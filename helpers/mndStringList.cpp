@@ -101,14 +101,15 @@ void mndStringList::removeStringAtIndex(int index)
 
 bool mndStringList::saveToFile(const QString &path)
 {
-    QString text;
-    for (const QString &string : std::as_const(m_Strings).strings())
-        text += string + u'\n';
     QStringEncoder encoder(QStringEncoder::Utf8);
-    const QByteArray content = encoder(text);
-    // A list that cannot be written must not cost the one that was.
-    if (encoder.hasError())
-        return false;
+    QByteArray content;
+    // A list that cannot be written, or not be read again, must not cost the one that was.
+    for (const QString &string : std::as_const(m_Strings).strings()) {
+        content += encoder(string);
+        content += encoder(u"\n"_s);
+        if (encoder.hasError() || content.size() > largestFile)
+            return false;
+    }
     return mayBeReplaced(path) ? disk().replaceFile(path, content)
                                : disk().writeFile(path, content);
 }

@@ -16,8 +16,9 @@ class mndStringList : public QObject, public mndStringListProtocol
     Q_INTERFACES(mndStringListProtocol TableViewDataSource)
 
 public:
-    /// Larger files are as good as unreadable: no list kept by a person comes near.
-    static constexpr qsizetype largestFile = 32 * 1024 * 1024;
+    /// No list kept by a person comes near. One that would make a larger file is not saved, and
+    /// larger files are as good as unreadable: what was saved can be loaded.
+    static constexpr qsizetype largestFile = 128 * 1024 * 1024;
 
     Q_INVOKABLE mndStringList() = default;
 

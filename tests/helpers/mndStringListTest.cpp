@@ -127,7 +127,7 @@ TEST_F(StringList, ReplacesTheFileAndNothingElse)
     EXPECT_FALSE(list.saveToFile(root.path())) << "a folder";
     EXPECT_TRUE(QFile::exists(path));
     EXPECT_FALSE(list.saveToFile(path + u"/below a file"_s));
-    for (const QString &none : {u""_s, QString(), path + QChar(0), u"/dev/full"_s})
+    for (const QString &none : {u""_s, QString(), path + QChar(0)})
         EXPECT_FALSE(list.saveToFile(none)) << qPrintable(none);
     EXPECT_EQ(content(), "a\nb\n");
     {
@@ -145,23 +145,43 @@ TEST_F(StringList, ReplacesTheFileAndNothingElse)
     const QString pipe = root.filePath(u"pipe"_s);
     makePipe(pipe);
     EXPECT_FALSE(list.saveToFile(pipe)) << "nobody reads it";
+    EXPECT_TRUE(QFile::exists(pipe) && !QFileInfo(pipe).isFile()) << "no file, and no list's";
 }
 
 TEST_F(StringList, IsWrittenOverWhereTheFolderTakesNoNewEntries)
 {
     write("spared\n");
-    ASSERT_EQ(::chmod(QFile::encodeName(root.path()).constData(), 0755), 0);
+    ASSERT_EQ(::chmod(QFile::encodeName(root.path()).constData(), 0555), 0);
     ASSERT_EQ(::chmod(QFile::encodeName(path).constData(), 0666), 0);
-    const NoPowers none;
     {
-        const FullDisk full(8);
-        list.addString(u"and another one"_s);
-        EXPECT_FALSE(list.saveToFile(path));
+        const NoPowers none;
+        {
+            const FullDisk full(8);
+            list.addString(u"and another one"_s);
+            EXPECT_FALSE(list.saveToFile(path));
+        }
+        EXPECT_EQ(content(), "spared\n") << "a full disk cost the list that was there";
+        list.removeStringAtIndex(2);
+        EXPECT_TRUE(list.saveToFile(path));
+        EXPECT_EQ(content(), "a\nb\n");
     }
-    EXPECT_EQ(content(), "spared\n") << "a full disk cost the list that was there";
-    list.removeStringAtIndex(2);
-    EXPECT_TRUE(list.saveToFile(path));
-    EXPECT_EQ(content(), "a\nb\n");
+    ASSERT_EQ(::chmod(QFile::encodeName(root.path()).constData(), 0755), 0);
+}
+
+TEST_F(StringList, ComesBackHoweverLongItMayBeSaved)
+{
+    const QString mebibyte(1024 * 1024 - 1, u'x');
+    list.clear();
+    while (list.count() < 128)
+        list.addString(mebibyte);
+    ASSERT_TRUE(list.saveToFile(path));
+    mndStringList loaded;
+    ASSERT_TRUE(loaded.loadFromFile(path));
+    EXPECT_EQ(loaded.count(), 129u);
+    EXPECT_TRUE(loaded.stringAtIndex(127) == mebibyte);
+    list.addString(u""_s);
+    EXPECT_FALSE(list.saveToFile(path)) << "it could not be read again";
+    EXPECT_EQ(QFileInfo(path).size(), mndStringList::largestFile);
 }
 
 TEST_F(StringList, SharesItsArrayWithADictionary)
