@@ -240,8 +240,10 @@ TEST_F(Navigation, SpinsOneSpinnerForARowAndFrame)
     delegate->pluginSetProcessing(hidden, true);
     EXPECT_EQ(spinners().size(), 1) << "a plugin without a row has none";
 
+    const int before = list()->viewport()->width();
     list()->parentWidget()->setFixedWidth(300);
-    QTest::qWait(20);
+    ASSERT_SOON(list()->viewport()->width() != before);
+    QCoreApplication::processEvents();
     delegate->pluginSetProcessing(good, false);
     ASSERT_EQ(spinners().size(), 2) << "a new one for the new frame";
     EXPECT_TRUE(spinners()[0]->isVisible()) << "the old one keeps its last state";

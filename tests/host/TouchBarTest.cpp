@@ -163,13 +163,16 @@ TEST_F(WithTouchBar, ThreadsFindDoneWhatTheyAskedFor)
     for (const auto &[name, call, isDone] : calls) {
         EXPECT_FALSE(isDone()) << name;
         std::atomic<bool> hasReturned = false;
+        std::atomic<pid_t> caller = 0;
         bool wasDone = false;
         std::thread worker([&, call = call, isDone = isDone] {
+            caller = ::gettid();
             call();
             wasDone = isDone();
             hasReturned = true;
         });
-        QThread::msleep(20); // a call that did not wait would return now
+        while (!hasReturned && !(caller && isAsleep(caller))) // a call that does not wait returns
+            std::this_thread::yield();
         EXPECT_SOON(hasReturned.load()) << name;
         worker.join();
         EXPECT_TRUE(wasDone) << name;

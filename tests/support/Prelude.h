@@ -78,6 +78,14 @@ inline void onThread(const std::function<void()> &work)
     thread.join();
 }
 
+/// Whether a thread of this process waits for something, such as another thread.
+inline bool isAsleep(pid_t thread)
+{
+    QFile state(u"/proc/self/task/%1/stat"_s.arg(thread));
+    const QByteArray text = state.open(QIODevice::ReadOnly) ? state.readAll() : QByteArray();
+    return text.mid(text.lastIndexOf(')')).startsWith(") S");
+}
+
 /// Nothing where the file cannot be read.
 inline QByteArray fileContent(const QString &path)
 {
