@@ -6,7 +6,6 @@
 #include <QDateTime>
 #include <QHash>
 #include <QStringDecoder>
-#include <QTimeZone>
 
 #include <algorithm>
 #include <bit>
@@ -56,10 +55,10 @@ struct Built
     QVariant value = {};
 };
 
-class Reader
+class BinaryReader
 {
 public:
-    explicit Reader(const QByteArray &data)
+    explicit BinaryReader(const QByteArray &data)
         : m_data(data)
     { }
 
@@ -347,5 +346,5 @@ private:
 
 Result<QVariant> PropertyListBinary::parse(const QByteArray &data)
 {
-    return Reader(data).read();
+    return BinaryReader(data).read();
 }

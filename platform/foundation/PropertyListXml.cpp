@@ -5,7 +5,6 @@
 #include "platform/foundation/Utf8.h"
 
 #include <QDateTime>
-#include <QTimeZone>
 
 #include <expat.h>
 
@@ -77,10 +76,10 @@ QVariant leafValue(Kind kind, const QByteArray &text)
     }
 }
 
-class Reader
+class XmlReader
 {
 public:
-    Reader()
+    XmlReader()
         : m_parser(XML_ParserCreate("UTF-8"))
     {
         Q_CHECK_PTR(m_parser);
@@ -156,7 +155,7 @@ private:
     qsizetype m_doctype = -1; ///< where it begins, while inside
     QString m_problem;
 
-    static Reader &of(void *self) { return *static_cast<Reader *>(self); }
+    static XmlReader &of(void *self) { return *static_cast<XmlReader *>(self); }
 
     /// The first problem counts; the parser may call once or twice after it was told to stop.
     void fail(const QString &what)
@@ -287,5 +286,5 @@ private:
 
 Result<QVariant> PropertyListXml::parse(const QByteArray &document)
 {
-    return Reader().read(document);
+    return XmlReader().read(document);
 }
