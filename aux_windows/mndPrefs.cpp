@@ -4,7 +4,7 @@
 #include "helpers/mndHelpers.h"
 #include "platform/foundation/Format.h"
 #include "platform/foundation/SystemServices.h"
-#include "platform/ui/Mnemonics.h"
+#include "platform/ui/KeyLetters.h"
 
 #include <QSignalBlocker>
 
@@ -26,7 +26,7 @@ template <typename Control>
 void retitle(mndCore &core, const QPointer<Control> &control, const QString &key)
 {
     if (control)
-        control->setText(core.stringResource(key, mnemonics::plainTitle(control->text())));
+        control->setText(core.stringResource(key, control->text()));
 }
 
 } // namespace
@@ -81,7 +81,7 @@ void mndPrefs::updateUI()
         sliderDelay->setValue(helpers->forcedDelayValue());
     }
     showDelay();
-    mnemonics::assign(window());
+    keyLetters::assign(window());
     fitToTexts();
 }
 
@@ -101,10 +101,8 @@ void mndPrefs::fillTexts()
         lblDelayMax->setText(host.stringResource(u"SZ_PREFS_SECONDS_MAX"_s, u"15s"_s));
     if (cbAutolaunch && lblAutolaunch)
         cbAutolaunch->setAccessibleDescription(lblAutolaunch->text());
-    if (sliderDelay && lblDelay) {
-        lblDelay->setBuddy(sliderDelay);
+    if (sliderDelay && lblDelay)
         sliderDelay->setAccessibleName(lblDelay->text());
-    }
 }
 
 /// Assistive technology reads the slider's number by itself; the description adds the unit.

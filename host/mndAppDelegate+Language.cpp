@@ -5,7 +5,7 @@
 #include "platform/foundation/ProductAddresses.h"
 #include "platform/foundation/SystemServices.h"
 #include "platform/ui/DesktopServices.h"
-#include "platform/ui/Mnemonics.h"
+#include "platform/ui/KeyLetters.h"
 
 #include <QMenu>
 #include <QMenuBar>
@@ -46,7 +46,7 @@ void mndAppDelegate::localize(QAction *item, const char *key, const QString &fal
 {
     if (!item)
         return;
-    item->setProperty(mnemonics::designedTitle, item->text());
+    item->setProperty(keyLetters::designedTitle, item->text());
     item->setText(
         stringResource(QString::fromLatin1(key), fallback.isNull() ? item->text() : fallback));
 }
@@ -79,7 +79,7 @@ void mndAppDelegate::localizeMenus()
     const auto localizeSubmenu = [&](qsizetype index, const char *key, const QAction *entry) {
         if (index < topLevel.size() && topLevel[index]->menu()) {
             QMenu *menu = topLevel[index]->menu();
-            menu->setProperty(mnemonics::designedTitle, menu->title());
+            menu->setProperty(keyLetters::designedTitle, menu->title());
             menu->setTitle(
                 stringResource(QString::fromLatin1(key), entry ? entry->text() : QString()));
         }
@@ -87,7 +87,7 @@ void mndAppDelegate::localizeMenus()
     localizeSubmenu(1, "SZ_MENU_WINDOW", miWindow);
     localizeSubmenu(2, "SZ_MENU_HELP", miHelp);
     if (!topLevel.isEmpty())
-        mnemonics::follow(_window->menuBar());
+        keyLetters::follow(_window->menuBar());
 
     // Nobody should choose what nobody does.
     if (!topLevel.isEmpty() && topLevel.first()->menu()) {

@@ -1,7 +1,7 @@
 #include "platform/ui/RealDesktopServices.h"
 
 #include "platform/ui/FileIcons.h"
-#include "platform/ui/Mnemonics.h"
+#include "platform/ui/KeyLetters.h"
 #include "platform/ui/NamedImage.h"
 
 #include <QApplication>
@@ -93,7 +93,7 @@ AlertPanel::Answer MessageBoxAlertPanel::run(const QString &title, const QString
     // As wide as a sentence; left alone it breaks addresses.
     if (auto *grid = qobject_cast<QGridLayout *>(box.layout()))
         grid->addItem(new QSpacerItem(alertWidth, 0), grid->rowCount(), 0, 1, grid->columnCount());
-    mnemonics::assign(&box);
+    keyLetters::assign(&box);
     box.exec();
     return other && box.clickedButton() == other ? Alternate : Default;
 }

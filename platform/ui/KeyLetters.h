@@ -12,7 +12,7 @@ class QWidget;
 /// letter in brackets behind them, as is usual in those languages. Main thread.
 ///
 /// Titles are in the toolkit's notation, where "&&" stands for "&".
-namespace mnemonics {
+namespace keyLetters {
 
 /// The object property with the designed title, in English, of what is translated: it suggests
 /// letters to titles in scripts that have none.
@@ -22,7 +22,7 @@ inline constexpr char designedTitle[] = "designedTitle";
 /// to show. Call once, when the bar's titles are set.
 void follow(QMenuBar *bar);
 
-/// Chooses letters for the buttons of the window, and for the labels that stand for a control.
+/// Chooses letters for the buttons of the window.
 void assign(QWidget *window);
 
 /// The title as it was before a letter was chosen.
@@ -33,4 +33,4 @@ QString plainTitle(const QString &title);
 /// @return each with its mark; one for which no letter is left has none.
 QStringList choose(const QStringList &titles, const QStringList &designed = {});
 
-} // namespace mnemonics
+} // namespace keyLetters

@@ -1,7 +1,6 @@
-#include "platform/ui/Mnemonics.h"
+#include "platform/ui/KeyLetters.h"
 
 #include <QAbstractButton>
-#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QRegularExpression>
@@ -94,9 +93,9 @@ void assignToEntries(const QMenu *menu)
             continue;
         entries << entry;
         titles << entry->text();
-        designed << entry->property(mnemonics::designedTitle).toString();
+        designed << entry->property(keyLetters::designedTitle).toString();
     }
-    const QStringList chosen = mnemonics::choose(titles, designed);
+    const QStringList chosen = keyLetters::choose(titles, designed);
     for (qsizetype i = 0; i < entries.size(); ++i)
         entries[i]->setText(chosen[i]);
 }
@@ -112,7 +111,7 @@ void followMenu(QMenu *menu)
 
 } // namespace
 
-namespace mnemonics {
+namespace keyLetters {
 
 QString plainTitle(const QString &title)
 {
@@ -158,25 +157,15 @@ void follow(QMenuBar *bar)
 
 void assign(QWidget *window)
 {
-    QList<QWidget *> named;
+    QList<QAbstractButton *> buttons;
     QStringList titles;
-    for (QWidget *widget : window->findChildren<QWidget *>()) {
-        if (const auto *button = qobject_cast<QAbstractButton *>(widget);
-            button && !button->text().isEmpty()) {
-            named << widget;
-            titles << button->text();
-        } else if (const auto *label = qobject_cast<QLabel *>(widget); label && label->buddy()) {
-            named << widget;
-            titles << label->text();
-        }
+    for (QAbstractButton *button : window->findChildren<QAbstractButton *>()) {
+        buttons << button;
+        titles << button->text();
     }
     const QStringList chosen = choose(titles);
-    for (qsizetype i = 0; i < named.size(); ++i) {
-        if (auto *button = qobject_cast<QAbstractButton *>(named[i]))
-            button->setText(chosen[i]);
-        else if (auto *label = qobject_cast<QLabel *>(named[i]))
-            label->setText(chosen[i]);
-    }
+    for (qsizetype i = 0; i < buttons.size(); ++i)
+        buttons[i]->setText(chosen[i]);
 }
 
-} // namespace mnemonics
+} // namespace keyLetters

@@ -1,9 +1,9 @@
-#include "platform/ui/Mnemonics.h"
+#include "platform/ui/KeyLetters.h"
 
 #include <QMenu>
 #include <QMenuBar>
 
-TEST(Mnemonics, TellTitlesOfOneMenuApart)
+TEST(KeyLetters, TellTitlesOfOneMenuApart)
 {
     const std::tuple<QStringList, QStringList, QStringList> cases[] = {
         {{u"Quit"_s, u"Quick look"_s, u"Qq"_s}, {}, {u"&Quit"_s, u"Quick &look"_s, u"Qq"_s}},
@@ -15,20 +15,20 @@ TEST(Mnemonics, TellTitlesOfOneMenuApart)
         {{u""_s, u"…"_s}, {}, {u""_s, u"…"_s}},
     };
     for (const auto &[titles, designed, chosen] : cases) {
-        EXPECT_EQ(mnemonics::choose(titles, designed), chosen);
-        EXPECT_EQ(mnemonics::choose(chosen, designed), chosen) << "asked again";
+        EXPECT_EQ(keyLetters::choose(titles, designed), chosen);
+        EXPECT_EQ(keyLetters::choose(chosen, designed), chosen) << "asked again";
         for (qsizetype i = 0; i < titles.size(); ++i)
-            EXPECT_EQ(mnemonics::plainTitle(chosen[i]), titles[i]);
+            EXPECT_EQ(keyLetters::plainTitle(chosen[i]), titles[i]);
     }
 }
 
-TEST(Mnemonics, FollowTheEntriesOfMenus)
+TEST(KeyLetters, FollowTheEntriesOfMenus)
 {
     QMenuBar bar;
     QMenu *menu = bar.addMenu(u"Solvane"_s);
     bar.addMenu(u"Services"_s);
     QMenu *submenu = menu->addMenu(u"More"_s);
-    mnemonics::follow(&bar);
+    keyLetters::follow(&bar);
     EXPECT_EQ(menu->title() + bar.actions().at(1)->text(), u"&SolvaneS&ervices"_s);
     menu->addAction(u"Hidden"_s)->setVisible(false);
     menu->addAction(u"Hide"_s);
