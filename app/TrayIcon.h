@@ -1,7 +1,11 @@
 #pragma once
 
+#include "app/TrayWatch.h"
+
 #include <QMenu>
 #include <QSystemTrayIcon>
+
+#include <optional>
 
 class Application;
 class mndCore;
@@ -10,13 +14,14 @@ class mndCore;
 class TrayIcon
 {
 public:
-    /// Shows the icon at once.
+    /// Shows the icon as soon as the desktop has a tray, but not in the first moments.
     TrayIcon(Application &application, mndCore &core);
 
-    /// Whether the desktop has a tray.
-    static bool isAvailable() { return QSystemTrayIcon::isSystemTrayAvailable(); }
-
 private:
+    void show(Application &application, mndCore &core);
+
     QMenu m_menu;
-    QSystemTrayIcon m_icon;
+    // Not made before there is a tray: the toolkit looks once for all which kind there is.
+    std::optional<QSystemTrayIcon> m_icon;
+    TrayWatch m_watch;
 };

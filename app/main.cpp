@@ -31,17 +31,12 @@
 #include <QTextStream>
 #include <QTimer>
 
-#include <optional>
-
 using namespace Qt::StringLiterals;
 
 namespace {
 
 /// Long enough for live figures to have come in.
 constexpr int snapshotDelay = 3000; // milliseconds
-
-/// Asking for a tray takes a while; the sidebar comes first.
-constexpr int trayDelay = 500; // milliseconds
 
 /// The services as the running program has them, for as long as it runs.
 struct RealServices
@@ -159,7 +154,7 @@ int run(const CommandLine &commandLine, Application &application)
                 << "solvane: it is running already; how it starts is decided when it "
                    "starts the next time\n";
         if ((commandLine.hidden && commandLine.documents.isEmpty())
-            || SingleInstance::passOn(commandLine.documents))
+            || instance.passOn(commandLine.documents))
             return 0;
         QTextStream(stderr) << "solvane: the running program does not answer\n";
         return 1;
@@ -193,11 +188,7 @@ int run(const CommandLine &commandLine, Application &application)
         application.openFile(document);
 
     new ReducedMotion(&application);
-    std::optional<TrayIcon> tray;
-    QTimer::singleShot(trayDelay, &application, [&] {
-        if (TrayIcon::isAvailable())
-            tray.emplace(application, delegate);
-    });
+    const TrayIcon tray(application, delegate);
     if (!commandLine.snapshot.isNull()) {
         // No window manager does it on a virtual display.
         if (window)

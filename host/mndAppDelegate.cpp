@@ -207,10 +207,7 @@ void mndAppDelegate::noteFirstPlace()
 bool mndAppDelegate::applicationShouldHandleReopen(QObject *, bool)
 {
     if (_window) {
-        _window->setWindowState(_window->windowState() & ~Qt::WindowMinimized);
-        _window->show();
-        _window->raise();
-        _window->activateWindow();
+        _window->comeForward();
         // What was started without its window has its first place now.
         if (m_frameIsUnplaced)
             systemServices().scheduler->after(endOfStartupDelay, this,

@@ -4,7 +4,8 @@
 # What turns the tree into a program.
 SOLVANE_BUILD_PACKAGES=(
     g++ cmake ninja-build pkg-config
-    qt6-base-dev qt6-svg-dev qt6-webengine-dev qt6-webchannel-dev libexpat1-dev libicu-dev nlohmann-json3-dev
+    qt6-base-dev qt6-svg-dev qt6-webengine-dev qt6-webchannel-dev
+    libexpat1-dev libicu-dev libxcb1-dev nlohmann-json3-dev
 )
 
 # What the program loads or reads while it runs, beyond the libraries it is linked with.

@@ -3,6 +3,7 @@
 #include "platform/ui/DesktopServices.h"
 #include "platform/ui/Sheet.h"
 #include "platform/ui/TouchBarStrip.h"
+#include "platform/ui/X11.h"
 
 #include <QCloseEvent>
 #include <QMenuBar>
@@ -84,6 +85,15 @@ void MainWindow::setFrame(const QRect &frame)
     else
         this->frame();
     setGeometry(frame.marginsRemoved(m_borders));
+}
+
+void MainWindow::comeForward()
+{
+    X11::bringToCurrentDesktop(*this);
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
 }
 
 void MainWindow::center()

@@ -47,6 +47,9 @@ public:
     /// Moves and sizes the window so that it fills the frame with its title bar and borders, also
     /// out of a maximised state. At once: the window manager animates what it wants animated.
     void setFrame(const QRect &frame);
+    /// Shows the window, whatever state it is in, in front of others and on the virtual desktop
+    /// that is seen, and gives it the keyboard.
+    void comeForward();
     /// Puts the window into the middle of the free part of its screen.
     void center();
 

@@ -36,7 +36,18 @@ test_second_launch_brings_the_window_back() {
     touch "$HOME/some document.txt"
     launch_again "$HOME/some document.txt"
     expect "the window to come back with a document" has_window
+    wmctrl -s 2
+    launch_again
+    expect "the window on the desktop that is seen" desktops_are 2
+    expect "the window in front" has_focus
+    wmctrl -s 0
     quit
+}
+
+# desktops_are NUMBER - both the one that is seen and the window's.
+desktops_are() {
+    xprop -root _NET_CURRENT_DESKTOP | grep -q "= $1\$" &&
+        xprop -id "$(window)" _NET_WM_DESKTOP 2>/dev/null | grep -q "= $1\$"
 }
 
 test_starts_hidden_until_launched_again() {
@@ -84,11 +95,63 @@ test_outlives_a_terminal_that_it_was_told_to_outlive() {
 
 test_runs_without_a_session_bus() {
     local address
+    local -a started
     for address in "" "unix:path=$HOME/nobody"; do
         DBUS_SESSION_BUS_ADDRESS=$address start
         expect "the window without a bus at \"$address\"" has_window
         xdotool windowactivate "$(window)"
         expect "the window in front" has_focus
         quit
+    done
+
+    # One instance all the same: of several at once, and after one that was killed.
+    export DBUS_SESSION_BUS_ADDRESS=$address
+    start --hidden
+    expect "the socket" test -S "$XDG_RUNTIME_DIR"/solvane-*[0-9]
+    kill -KILL "$pid"
+    wait "$pid" 2>/dev/null || true
+    for _ in 1 2 3 4; do
+        start --hidden
+        started+=("$pid")
+    done
+    expect "one of four to stay" one_runs "${started[@]}"
+    launch_again
+    expect "its window" has_window
+    close_window
+    touch "$HOME/some document.txt"
+    launch_again "$HOME/some document.txt"
+    expect "its window with a document" has_window
+    expect "the window in front" has_focus
+    quit
+}
+
+# one_runs PID... - just one; sets $pid.
+one_runs() {
+    local each
+    local -a running=()
+    for each in "$@"; do
+        if kill -0 "$each" 2>/dev/null; then
+            running+=("$each")
+        fi
+    done
+    pid=${running[0]}
+    ((${#running[@]} == 1))
+}
+
+# A panel may start after the programs of the session, and start anew.
+test_icon_comes_with_a_late_tray() {
+    local kind panel
+    for kind in embedded notifier; do
+        start --hidden
+        sleep 1.5 # it looks for a tray after half a second
+        for _ in 1 2; do
+            "$build/tests/e2e/tray" "$kind" >"$HOME/icons" &
+            panel=$!
+            expect "an icon: $kind" grep -q icon "$HOME/icons"
+            kill "$panel"
+            wait "$panel" || true
+        done
+        kill "$pid"
+        expect_end 0
     done
 }
