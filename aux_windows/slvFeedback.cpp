@@ -20,6 +20,18 @@ namespace {
 
 constexpr quint64 webEdition = 2;
 
+/// Enough for a page that leads on when it is shown, and no flood from one that means harm.
+constexpr int mostOpenedByItself = 5;
+
+/// RFC 6454.
+bool haveSameOrigin(const QUrl &one, const QUrl &other)
+{
+    const auto port = [](const QUrl &url) {
+        return url.port(url.scheme() == "https"_L1 ? 443 : 80);
+    };
+    return one.scheme() == other.scheme() && one.host() == other.host() && port(one) == port(other);
+}
+
 /// What the machine says of itself. The object that knows it is let go as soon as it was read.
 void addMachine(FeedbackFacts &facts, mndCore &core, mndHelpers *helpers)
 {
@@ -95,6 +107,12 @@ void slvFeedback::navigateTo(const QString &address)
 
 void slvFeedback::open(const QString &address)
 {
+    const quint64 use = _webview ? _webview->useCount() : 0;
+    if (std::exchange(m_lastUse, use) != use)
+        m_openedSince = 0;
+    if (m_openedSince == mostOpenedByItself)
+        return;
+    ++m_openedSince;
     Browser::open(format(u"http://%@"_s, {address}));
 }
 
@@ -135,6 +153,7 @@ void slvFeedback::hide()
     trace("hide", __LINE__);
     showText(u"."_s);
     _loaded = false;
+    m_openedSince = 0;
     perform::sendQuietly(applicationDelegate(), Selector(u"_endModalSheet:"_s),
                          {QVariant::fromValue(window())});
     ModalLoop::stopModal();
@@ -244,7 +263,7 @@ bool slvFeedback::webViewMayNavigate(WebView *view, const QUrl &address, bool is
     const bool isWeb = scheme == "https"_L1 || scheme == "http"_L1;
     if (!isMainFrame)
         return isWeb || scheme == "about"_L1 || scheme == "data"_L1 || scheme == "blob"_L1;
-    return isWeb && !showsOwnText() && address.host() == view->address().host();
+    return isWeb && !showsOwnText() && haveSameOrigin(address, view->address());
 }
 
 void slvFeedback::webViewAddMessageToConsole(WebView *, const QVariantMap &) { }

@@ -11,8 +11,8 @@
 /// machine and installation in the address.
 ///
 /// It also has a sheet with an embedded page, whose scripts know this object as "slv" and can call
-/// open, hideWindow and showHelp of it, and nothing else. The page stays with its own host. Main
-/// thread.
+/// open, hideWindow and showHelp of it, and nothing else. The page stays with its own
+/// origin. Main thread.
 class slvFeedback : public SheetController, public WebViewDelegate, public WebScripting
 {
     Q_OBJECT
@@ -28,7 +28,8 @@ public:
     Q_INVOKABLE void refresh();
     /// Opens an address in the browser. What is no URL (RFC 3986) opens nothing.
     Q_INVOKABLE void navigateTo(const QString &address);
-    /// @param address what follows "http://".
+    /// @param address what follows "http://". Of a page that opens one after the other without its
+    /// user having touched it, only the first few are opened.
     Q_INVOKABLE void open(const QString &address);
     Q_INVOKABLE void showHelp();
     Q_INVOKABLE void hideWindow();
@@ -69,5 +70,7 @@ private:
     QPointer<ProgressIndicator> _spinner;
     mndCore *_core = nullptr;
     QPointer<mndTextField> lblClose;
-    QString m_ownText; ///< the last one put in the place of a page
+    QString m_ownText;     ///< the last one put in the place of a page
+    quint64 m_lastUse = 0; ///< of the page by its user, when it last opened something
+    int m_openedSince = 0; ///< addresses
 };

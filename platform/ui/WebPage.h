@@ -48,6 +48,8 @@ public:
     virtual void failedLoading(const QString &error) = 0;
     /// The page itself wants to go elsewhere, in one of its frames.
     virtual bool mayNavigate(const QUrl &address, bool isMainFrame) = 0;
+    /// The user has pressed a key, a button or the screen in the page; no script can do that.
+    virtual void usedByUser() = 0;
     /// @param function any text: the page may have made the call up.
     virtual void functionCalled(const QString &function, const QStringList &arguments) = 0;
 };

@@ -14,6 +14,18 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// What one page may tell its console, which may well be the system log.
+constexpr int mostMessages = 100;
+constexpr qsizetype longestMessage = 1000;
+
+QString shortened(const QString &text)
+{
+    if (text.size() <= longestMessage)
+        return text;
+    const bool isHalved = text[longestMessage - 1].isHighSurrogate();
+    return text.left(longestMessage - int(isHalved)) + u'\u2026';
+}
+
 /// Null, and a line in the system log, where the module is missing. It stays loaded.
 WebEngine *engine()
 {
@@ -91,6 +103,7 @@ void WebView::loadNow()
         return;
     }
     m_isDue = false;
+    m_messages = 0;
     m_page->setPolicy(policy());
     windowObjectCleared();
     if (m_html.isNull())
@@ -154,10 +167,14 @@ WebPagePolicy WebView::policy()
 
 void WebView::consoleMessage(const QString &message, int lineNumber, const QString &sourceUrl)
 {
-    QVariantMap entries{{u"message"_s, message}};
+    if (m_messages > mostMessages)
+        return;
+    QVariantMap entries{{u"message"_s, shortened(message)}};
+    if (m_messages++ == mostMessages)
+        entries[u"message"_s] = u"The page's further messages are left out."_s;
     if (lineNumber > 0) {
         entries[u"lineNumber"_s] = lineNumber;
-        entries[u"sourceURL"_s] = sourceUrl;
+        entries[u"sourceURL"_s] = shortened(sourceUrl);
     }
     asked(m_uiDelegate)->webViewAddMessageToConsole(this, entries);
 }

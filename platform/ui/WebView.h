@@ -26,6 +26,7 @@ class WebViewDelegate
 public:
     virtual ~WebViewDelegate() = default;
 
+    /// Of a page that says much, only so much. A long message is cut.
     /// @param message "message", and where it is known "lineNumber" and "sourceURL".
     virtual void webViewAddMessageToConsole(WebView *, const QVariantMap &message)
     {
@@ -122,6 +123,8 @@ public:
     QString html() const { return m_html; }
     /// Of the page, or the base address of its text.
     QUrl address() const { return m_address; }
+    /// How often the user has pressed a key, a button or the screen in the page.
+    quint64 useCount() const { return m_useCount; }
     /// Nothing happens without a page. @param done may be empty.
     void runScript(const QString &script, const std::function<void(const QVariant &)> &done);
 
@@ -136,6 +139,7 @@ private:
     void finishedLoading() override;
     void failedLoading(const QString &error) override;
     bool mayNavigate(const QUrl &address, bool isMainFrame) override;
+    void usedByUser() override { ++m_useCount; }
     void functionCalled(const QString &function, const QStringList &arguments) override;
     void load(const QString &html, const QUrl &address);
     void loadSoon();
@@ -153,6 +157,8 @@ private:
     bool m_isScrollingAllowed = true;
     bool m_drawsBackground = true;
     bool m_isDue = false;
+    quint64 m_useCount = 0;
+    int m_messages = 0; ///< told to the console since the program's last load
     QString m_html;
     QUrl m_address;
     std::unique_ptr<WebPage> m_page;

@@ -96,11 +96,14 @@ private:
     int m_awaited = 0; ///< loads of the program's own that have not ended
 };
 
-/// Refuses before the page is even asked.
+/// Refuses before the page is even asked, and sees what the user does before the page does.
 class EnginePage::View : public QWebEngineView
 {
 public:
-    using QWebEngineView::QWebEngineView;
+    View(QWidget *parent, WebPageObserver &observer)
+        : QWebEngineView(parent)
+        , m_observer(observer)
+    { }
 
     void apply(const WebPagePolicy &policy)
     {
@@ -110,6 +113,20 @@ public:
     }
 
 protected:
+    /// Input goes to a child, which another one replaces when the page changes its process.
+    void childEvent(QChildEvent *event) override
+    {
+        if (event->added())
+            event->child()->installEventFilter(this);
+        QWebEngineView::childEvent(event);
+    }
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress
+            || event->type() == QEvent::TouchBegin)
+            m_observer.usedByUser();
+        return QWebEngineView::eventFilter(watched, event);
+    }
     void dragEnterEvent(QDragEnterEvent *event) override
     {
         if (m_policy.acceptsDrops)
@@ -124,13 +141,14 @@ protected:
     }
 
 private:
+    WebPageObserver &m_observer;
     WebPagePolicy m_policy;
 };
 
 EnginePage::EnginePage(QWidget *parent, WebPageObserver &observer)
     : m_bridge(observer)
     , m_page(std::make_unique<Page>(&m_profile, observer))
-    , m_view(new View(parent))
+    , m_view(new View(parent, observer))
 {
     m_bridge.connectTo(*m_page);
     m_view->setPage(m_page.get());

@@ -97,9 +97,11 @@ TEST_F(Feedback, OpensNothingThatIsNoAddress)
 {
     start();
     slvFeedback feedback;
-    for (const QString &address :
-         {u""_s, u"no scheme"_s, u"/path"_s, u"https://a/?model=\"x\""_s, u"https://a/?m=x\ny"_s,
-          u"https://a/?m=100%"_s, u"https://a b/"_s}) {
+    feedback.open(u""_s);
+    EXPECT_EQ(outside(), QStringList());
+    for (const QString &address : {u""_s, u"http://"_s, u"https:///path"_s, u"no scheme"_s,
+                                   u"/path"_s, u"https://a/?model=\"x\""_s, u"https://a/?m=x\ny"_s,
+                                   u"https://a/?m=100%"_s, u"https://a b/"_s}) {
         feedback.navigateTo(address);
         EXPECT_EQ(outside(), QStringList()) << qPrintable(address);
     }
@@ -108,6 +110,43 @@ TEST_F(Feedback, OpensNothingThatIsNoAddress)
     for (const QString &address : {u"https://a/?model=B&W#1"_s, u"https://a/?model=Büro機"_s}) {
         feedback.navigateTo(address);
         EXPECT_EQ(outside(), QStringList{u"open url "_s + address});
+    }
+}
+
+TEST_F(Feedback, IsNoWayToFloodTheUser)
+{
+    start();
+    services.workspaceOpens = false;
+    slvFeedback feedback;
+    services.recorder.onNext = [&] { // and then, while the alert shows:
+        services.recorder.onNext = [&] { feedback.open(u"second"_s); };
+    };
+    feedback.open(u"first"_s);
+    const QStringList seen = outside();
+    EXPECT_EQ(seen.filter(u"open url http://"_s).size(), 2);
+    EXPECT_EQ(seen.filter(u"alert"_s).size(), 1);
+    for (int i = 0; i < 9; ++i)
+        feedback.open(u"another"_s);
+    EXPECT_EQ(outside().filter(u"alert"_s).size(), 3) << "five in all";
+    feedback.navigateTo(QString(9000, u'ü'));
+    EXPECT_LT(services.recorder.take().join(QString()).size(), 300);
+}
+
+TEST_F(Feedback, KeepsItsPageToItsOwnOrigin)
+{
+    start();
+    slvFeedback feedback;
+    auto *view = feedback.property("_webview").value<WebView *>();
+    view->loadAddress(u"https://a.example/start"_s);
+    for (const auto &[address, may] : {std::pair{"https://a.example/other?x", true},
+                                       {"https://a.example:443/", true},
+                                       {"https://a.example:444/", false},
+                                       {"http://a.example/", false},
+                                       {"http://a.example:443/", false},
+                                       {"https://b.example/", false},
+                                       {"data:text/html,x", false}}) {
+        EXPECT_EQ(feedback.webViewMayNavigate(view, QUrl(QString::fromLatin1(address)), true), may)
+            << address;
     }
 }
 

@@ -31,6 +31,13 @@ struct EngineHost : Host
     {
         return QTest::qWaitFor([&] { return answerTo(script, 1000) == wanted; }, 20000);
     }
+    /// Waits until the page has done what it had begun: drawn twice, and come to its next task.
+    void settle() const
+    {
+        ask(u"window.settled = 0; requestAnimationFrame(() => requestAnimationFrame(() => "
+            "setTimeout(() => { settled = 1 }))); 0"_s);
+        EXPECT_TRUE(becomes(u"settled"_s, 1));
+    }
 
     WebView *view = nullptr;
 };
