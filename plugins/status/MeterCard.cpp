@@ -64,8 +64,3 @@ void MeterCard::setNote(const QString &note)
 {
     m_note->setText(note);
 }
-
-QString MeterCard::text() const
-{
-    return m_chart->accessibleName();
-}

@@ -19,9 +19,6 @@ public:
     void setValue(const QString &figure, const QString &remark, const QString &spoken);
     void setNote(const QString &note);
 
-    /// The figure as one sentence.
-    QString text() const;
-
     HistoryChart *chart() const { return m_chart; }
 
 private:

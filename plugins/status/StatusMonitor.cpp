@@ -29,12 +29,6 @@ void StatusMonitor::start()
     readEverything();
 }
 
-void StatusMonitor::refresh()
-{
-    if (isRunning())
-        readEverything();
-}
-
 void StatusMonitor::readEverything()
 {
     m_jobs.start(u"facts"_s, [this, root = m_root, known = hostFacts(m_core)] {

@@ -36,8 +36,6 @@ public:
     void start();
     /// From here on no timer runs and no signal is sent.
     void stop();
-    /// Reads everything once more, at once, while started.
-    void refresh();
     bool isRunning() const { return m_timer.isActive(); }
 
     static constexpr int interval = 2000; ///< milliseconds between two live readings

@@ -3,9 +3,6 @@
 #include "plugins/common/Look.h"
 #include "SolvanePlugin.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
-
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -20,12 +17,10 @@ class StatusPlugin : public QObject, public mndPlugin, public mndPluginDelegate
 public:
     Dictionary pluginInitialize(const Dictionary &parameters) override
     {
-        m_core = qobject_cast<mndCore *>(parameters.value<QObject *>(u"core"_s));
-        const Texts texts(m_core);
-        m_refresh = texts(u"SZ_STATUS_REFRESH"_s, u"Refresh"_s);
-        m_copy = texts(u"SZ_STATUS_COPY"_s, u"Copy"_s);
+        auto *core = qobject_cast<mndCore *>(parameters.value<QObject *>(u"core"_s));
+        const Texts texts(core);
         const QString resources = parameters.string(u"bundle"_s) + u"/Contents/Resources/"_s;
-        m_view = std::make_unique<StatusView>(m_core);
+        m_view = std::make_unique<StatusView>(core);
         FillsParent::install(m_view.get());
 
         Dictionary info = Dictionary::make();
@@ -39,27 +34,10 @@ public:
         return info;
     }
 
-    void onViewShow() override
-    {
-        m_view->setShownByHost(true);
-        if (m_core)
-            m_core->uiMakeSLVSystemTouchbarWithButtons({m_refresh, m_copy}, this,
-                                                       Selector(u"onTouchBarTapped:"_s), nullptr);
-    }
+    void onViewShow() override { m_view->setShownByHost(true); }
     void onViewHide() override { m_view->setShownByHost(false); }
 
-    Q_INVOKABLE void onTouchBarTapped(const QString &title)
-    {
-        if (title == m_refresh)
-            m_view->refresh();
-        else if (title == m_copy)
-            QGuiApplication::clipboard()->setText(m_view->text());
-    }
-
 private:
-    mndCore *m_core = nullptr;
-    QString m_refresh;
-    QString m_copy;
     std::unique_ptr<StatusView> m_view;
 };
 

@@ -115,17 +115,6 @@ void StatusView::connectMonitor()
     connect(&m_monitor, &StatusMonitor::volumeSilent, m_volumes, &VolumeList::setSilent);
 }
 
-QString StatusView::text() const
-{
-    QStringList lines{m_hostName->text(), m_model->text()};
-    for (const Fact *fact : {&m_system, &m_kernel, &m_uptime})
-        lines << u"%1: %2"_s.arg(fact->caption, fact->value->text());
-    lines << m_load->text() << m_memory->text();
-    lines += m_volumes->texts();
-    lines.removeAll(QString());
-    return lines.join(u'\n') + u'\n';
-}
-
 void StatusView::setShownByHost(bool shown)
 {
     m_shownByHost = shown;

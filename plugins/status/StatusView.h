@@ -23,11 +23,6 @@ public:
     /// Whether the host shows this page.
     void setShownByHost(bool shown);
 
-    /// Reads all figures at once, while they are read at all.
-    void refresh() { m_monitor.refresh(); }
-    /// What the page shows, a line each.
-    QString text() const;
-
     const StatusMonitor &monitor() const { return m_monitor; }
 
 protected:

@@ -103,7 +103,6 @@ public:
     }
 
     const Volume &volume() const { return m_volume; }
-    QString text() const { return m_bar->accessibleName(); }
 
     void setUsage(const std::optional<VolumeUsage> &usage)
     {
@@ -197,12 +196,4 @@ void VolumeList::setSilent(const QString &path)
 {
     if (const auto row = m_rows.find(path); row != m_rows.end())
         row->second->setSilent();
-}
-
-QStringList VolumeList::texts() const
-{
-    QStringList lines;
-    for (const Volume &volume : m_volumes)
-        lines << m_rows.at(volume.path)->text();
-    return lines;
 }

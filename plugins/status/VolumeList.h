@@ -23,8 +23,6 @@ public:
     void setUsage(const QString &path, const std::optional<VolumeUsage> &usage);
     /// The volume does not answer; the figures shown last would be untrue by now.
     void setSilent(const QString &path);
-    /// A line for each volume, in their order.
-    QStringList texts() const;
 
 private:
     Texts m_texts;
