@@ -5,6 +5,7 @@
 #include "platform/foundation/Format.h"
 #include "platform/foundation/SystemServices.h"
 #include "platform/ui/KeyLetters.h"
+#include "platform/ui/Mnemonics.h"
 
 #include <QSignalBlocker>
 
@@ -26,7 +27,7 @@ template <typename Control>
 void retitle(mndCore &core, const QPointer<Control> &control, const QString &key)
 {
     if (control)
-        control->setText(core.stringResource(key, control->text()));
+        mnemonics::setText(*control, core.stringResource(key, mnemonics::textOf(*control)));
 }
 
 } // namespace

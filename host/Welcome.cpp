@@ -6,6 +6,7 @@
 #include "platform/foundation/Format.h"
 #include "platform/foundation/SystemServices.h"
 #include "platform/ui/DesktopServices.h"
+#include "platform/ui/Mnemonics.h"
 #include "platform/ui/ModalLoop.h"
 
 #include <QTabBar>
@@ -23,7 +24,7 @@ template <typename Label>
 void retitle(const QPointer<Label> &label, const QString &key)
 {
     if (label)
-        label->setText(host()->stringResource(key, label->text()));
+        mnemonics::setText(*label, host()->stringResource(key, mnemonics::textOf(*label)));
 }
 
 /// Where home folders lie by their usual place, or else where this one does.

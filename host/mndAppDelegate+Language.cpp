@@ -6,6 +6,7 @@
 #include "platform/foundation/SystemServices.h"
 #include "platform/ui/DesktopServices.h"
 #include "platform/ui/KeyLetters.h"
+#include "platform/ui/Mnemonics.h"
 
 #include <QMenu>
 #include <QMenuBar>
@@ -46,9 +47,10 @@ void mndAppDelegate::localize(QAction *item, const char *key, const QString &fal
 {
     if (!item)
         return;
-    item->setProperty(keyLetters::designedTitle, item->text());
-    item->setText(
-        stringResource(QString::fromLatin1(key), fallback.isNull() ? item->text() : fallback));
+    item->setProperty(keyLetters::designedTitle, mnemonics::shown(item->text()));
+    const QString text = stringResource(
+        QString::fromLatin1(key), fallback.isNull() ? mnemonics::shown(item->text()) : fallback);
+    item->setText(mnemonics::literal(text));
 }
 
 void mndAppDelegate::localizeMenus()
@@ -79,9 +81,9 @@ void mndAppDelegate::localizeMenus()
     const auto localizeSubmenu = [&](qsizetype index, const char *key, const QAction *entry) {
         if (index < topLevel.size() && topLevel[index]->menu()) {
             QMenu *menu = topLevel[index]->menu();
-            menu->setProperty(keyLetters::designedTitle, menu->title());
-            menu->setTitle(
-                stringResource(QString::fromLatin1(key), entry ? entry->text() : QString()));
+            menu->setProperty(keyLetters::designedTitle, mnemonics::shown(menu->title()));
+            menu->setTitle(mnemonics::literal(stringResource(
+                QString::fromLatin1(key), entry ? mnemonics::shown(entry->text()) : QString())));
         }
     };
     localizeSubmenu(1, "SZ_MENU_WINDOW", miWindow);

@@ -94,9 +94,14 @@ std::unique_ptr<Drawer> mndAppDelegate::newDrawerWithContent(QWidget *content)
 
 std::unique_ptr<Drawer> mndAppDelegate::newDrawerWithContent(QWidget *content, quint64 edge)
 {
-    if (m_Plugins)
-        mndPlugins::recurseSubViews(content);
-    return std::make_unique<EdgeDrawer>(content, _window, edge);
+    std::unique_ptr<Drawer> drawer;
+    MainThread::runAndWait([&] {
+        if (m_Plugins)
+            mndPlugins::recurseSubViews(content);
+        drawer = std::make_unique<EdgeDrawer>(content, _window, edge);
+    });
+    // The main loop may have ended: one that opens nothing.
+    return drawer ? std::move(drawer) : std::make_unique<EdgeDrawer>(nullptr, nullptr, edge);
 }
 
 void mndAppDelegate::uiButtonSetTextColor(QAbstractButton *button, const QColor &color)

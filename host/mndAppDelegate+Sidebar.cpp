@@ -220,6 +220,21 @@ void mndAppDelegate::_setBadge(const QString &heading, const QString &title, qui
     if (SourceListItem *item = SidebarTree::findItem(sourceListItems, heading, title))
         item->badgeValue = static_cast<qint64>(value);
     setSidebarNeedsDisplay();
+    MainThread::runLater([self = QPointer(this)] {
+        if (self)
+            self->fitSidebar();
+    });
+}
+
+/// As wide as the interface file says, unless a number would take all the room of its title.
+void mndAppDelegate::fitSidebar()
+{
+    QWidget *sidebar = sourceList ? sourceList->parentWidget() : nullptr;
+    if (!sidebar)
+        return;
+    if (m_sidebarWidth == 0)
+        m_sidebarWidth = sidebar->minimumWidth();
+    sidebar->setFixedWidth(std::max(m_sidebarWidth, sourceList->widthForBadges()));
 }
 
 void mndAppDelegate::pluginSetIcon(const QString &id, const QImage &icon)

@@ -191,6 +191,7 @@ private:
     void localize(QAction *item, const char *key, const QString &fallback = {});
     Dictionary infoOfPlugin(const QString &id) const;
     void setSidebarNeedsDisplay();
+    void fitSidebar();
     void displayPage(const std::function<void()> &display);
     bool _showPlugin(const QString &id);
     void _highlightItem(const QString &heading, const QString &title);
@@ -222,6 +223,7 @@ private:
     bool m_frameIsUnplaced = false; ///< _oldFrame is from before the window had its place
     /// What was asked of spinners before the sidebar had its place; nothing once it has.
     std::optional<QList<QVariantList>> m_earlySpinners = QList<QVariantList>();
+    int m_sidebarWidth = 0; ///< as the interface file has it; 0 before it was read
     QPointer<QWidget> _title;
     std::unique_ptr<Welcome> _welcome;
     std::optional<LanguageFile> _languageFile;

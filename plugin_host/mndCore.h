@@ -53,9 +53,12 @@ public:
     /// [any] Dropped while a sheet shows; of two that come at once, the second follows the first.
     /// The window stays the caller's.
     virtual void beginModalSheet(QWidget *window) = 0;
-    virtual void endModalSheet(QWidget *window) = 0; ///< [any]
-    /// A drawer on the right-hand edge, or on an edge: 0 left, 1 bottom, 2 right, 3 top. Never
-    /// null. The caller owns it, and the content; its size is the content's.
+    /// [any] The sheet ends with the next turn of the main loop, and the main window's Touch Bar
+    /// with it: a bar that is asked for in the same turn is gone again.
+    virtual void endModalSheet(QWidget *window) = 0;
+    /// [wait] A drawer on the right-hand edge, or on an edge: 0 left, 1 bottom, 2 right, 3 top.
+    /// Never null. The caller owns it, and the content; its size is the content's. It is opened,
+    /// closed and deleted on the main thread.
     virtual std::unique_ptr<Drawer> newDrawerWithContent(QWidget *content) = 0;
     virtual std::unique_ptr<Drawer> newDrawerWithContent(QWidget *content, quint64 edge) = 0;
     virtual bool uiModalShowing() = 0; ///< [any]

@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The style value of text drawn as raised above its ground.
+/// The style value of text drawn as raised above its ground, which the host's look reads.
 constexpr int raisedBackgroundStyle = 2;
 
 /// Not one of a class derived from it.

@@ -14,6 +14,7 @@
 #include "platform/ui/AttributedStringDelegate.h"
 #include "platform/ui/Drawer.h"
 #include "platform/ui/FillsParent.h"
+#include "platform/ui/Mnemonics.h"
 #include "platform/ui/TableViewDataSource.h"
 #include "platform/ui/TableViewModel.h"
 #include "plugin_host/mndCore.h"

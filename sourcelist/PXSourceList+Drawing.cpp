@@ -5,6 +5,7 @@
 #include <QFontMetricsF>
 #include <QPainter>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -13,6 +14,7 @@ constexpr int badgeFontSize = 12;
 constexpr int headingFontSize = 11;
 constexpr qreal badgeRadius = 8.5;
 constexpr qreal textToBadge = 6;
+constexpr qreal shortTitle = 72; // what remains of a longer one can still be read
 
 const QColor badgeFill(152, 168, 202);
 const QColor hiddenWindowBadgeFill(180, 180, 180);
@@ -76,6 +78,21 @@ QRectF PXSourceList::leftToRightTextFrame(int row)
     geometry.badgeWidth = sizeOfBadgeAtRow(row).width();
     geometry.cellHeight = preparedCellAtRow(row).heightInFrame(geometry.baseFrame);
     return SourceListGeometry::textCellFrame(geometry);
+}
+
+int PXSourceList::widthForBadges()
+{
+    qreal width = 0;
+    for (int row = 0; row < numberOfRows(); ++row) {
+        if (!itemHasBadge(itemAtRow(row)))
+            continue;
+        const OutlineViewCell cell = preparedCellAtRow(row);
+        const qreal title =
+            std::min(shortTitle, QFontMetricsF(cell.font).horizontalAdvance(cell.text));
+        const qreal others = rectOfRow(row).width() - leftToRightTextFrame(row).width();
+        width = std::max(width, others + title + cell.endMargin);
+    }
+    return width > 0 ? int(std::ceil(width)) + this->width() - viewport()->width() : 0;
 }
 
 OutlineViewCell PXSourceList::dataCellForRow(int row)

@@ -46,6 +46,9 @@ public:
     /// Empty for a row without a badge.
     QSizeF sizeOfBadgeAtRow(int row);
     void drawBadgeForRow(int row, const QRectF &rect, QPainter *painter);
+    /// The width that leaves the title of every row that has a badge its place, or a long title its
+    /// beginning and end; 0 without badges. A number of 64 bits is as wide as a narrow list.
+    int widthForBadges();
 
     /// Reads the tree anew, opens the groups that are always open and moves a selection that has
     /// come to rest on a heading to the entry above it.

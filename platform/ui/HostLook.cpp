@@ -4,6 +4,7 @@
 #include "platform/ui/ScrollBarLook.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QPainter>
 #include <QPalette>
 #include <QPixmapCache>
@@ -73,6 +74,23 @@ public:
         default:
             QProxyStyle::drawPrimitive(element, option, painter, widget);
         }
+    }
+
+    /// A label whose background style is "raised" has its dark text lit from above: a light edge
+    /// lies below each letter. That shows on a coloured ground, and leaves a white one clean.
+    void drawItemText(QPainter *painter, const QRect &rect, int flags, const QPalette &palette,
+                      bool enabled, const QString &text, QPalette::ColorRole role) const override
+    {
+        constexpr int raised = 2;
+        const auto *label = dynamic_cast<const QLabel *>(painter->device());
+        if (label && enabled && label->property("backgroundStyle").toInt() == raised
+            && palette.color(role).lightness() < 128) {
+            QPalette light = palette;
+            light.setColor(role, QColor(255, 255, 255, 150));
+            QProxyStyle::drawItemText(painter, rect.translated(0, 1), flags, light, enabled, text,
+                                      role);
+        }
+        QProxyStyle::drawItemText(painter, rect, flags, palette, enabled, text, role);
     }
 
     QRect subControlRect(ComplexControl control, const QStyleOptionComplex *option, SubControl part,

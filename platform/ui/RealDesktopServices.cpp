@@ -2,6 +2,7 @@
 
 #include "platform/ui/FileIcons.h"
 #include "platform/ui/KeyLetters.h"
+#include "platform/ui/Mnemonics.h"
 #include "platform/ui/NamedImage.h"
 
 #include <QApplication>
@@ -85,9 +86,10 @@ AlertPanel::Answer MessageBoxAlertPanel::run(const QString &title, const QString
                        | Qt::WindowCloseButtonHint);
     box.setIconPixmap(NamedImage::pixmap(u"solvane"_s, {48, 48}, box.devicePixelRatioF()));
     box.setTextFormat(Qt::PlainText);
-    QPushButton *safe = box.addButton(defaultButton, QMessageBox::RejectRole);
-    QPushButton *other =
-        alternate.isNull() ? nullptr : box.addButton(alternate, QMessageBox::DestructiveRole);
+    QPushButton *safe = box.addButton(mnemonics::literal(defaultButton), QMessageBox::RejectRole);
+    QPushButton *other = alternate.isNull()
+        ? nullptr
+        : box.addButton(mnemonics::literal(alternate), QMessageBox::DestructiveRole);
     box.setDefaultButton(safe);
     box.setEscapeButton(safe);
     // As wide as a sentence; left alone it breaks addresses.

@@ -44,7 +44,7 @@ QLabel *makeHeading(const QString &text, double factor)
 
 QPushButton *makeButton(const QString &title)
 {
-    auto *button = new QPushButton(title);
+    auto *button = new QPushButton(mnemonics::literal(title));
     button->setAutoDefault(true); // Return presses it, too
     look::whenPolished(button, [button] {
         const QSize natural = button->sizeHint();

@@ -66,7 +66,7 @@ TEST_F(Sheets, OfThePreferencesTakeTheirTextsFromTheLanguageFile)
 
     ASSERT_EQ(part("lblTitle"), nullptr);
     services.addResource(u"en.strings"_s,
-                         "SZ_PREFS_TITLE = T; SZ_PREFS_AUTOLAUNCH = A; SZ_CLOSE = C; "
+                         "SZ_PREFS_TITLE = T; SZ_PREFS_AUTOLAUNCH = \"A & B\"; SZ_CLOSE = C; "
                          "SZ_PREFS_AUTOLAUNCH_INFO = I; SZ_PREFS_DELAY = D; "
                          "SZ_PREFS_SECONDS_MIN = L; SZ_PREFS_SECONDS_MAX = M; "
                          "SZ_PREFS_SECONDS = \"%d!\"; SZ_PREFS_DELAY_INFO = \""
@@ -74,7 +74,7 @@ TEST_F(Sheets, OfThePreferencesTakeTheirTextsFromTheLanguageFile)
     delegate->applicationDidFinishLaunching();
     services.runScheduled();
     open("miPrefs");
-    EXPECT_EQ(texts(), u"A|T|I|C|D|%1|L|M"_s.arg(u"long words "_s.repeated(9).left(90)));
+    EXPECT_EQ(texts(), u"A && B|T|I|C|D|%1|L|M"_s.arg(u"long words "_s.repeated(9).left(90)));
     EXPECT_EQ(text("lblDelayValue"), u"10!"_s);
     EXPECT_GT(part("lblTitle")->parentWidget()->height(), 330)
         << "as designed: long texts get the room they need";

@@ -211,6 +211,16 @@ TEST_F(Navigation, SetsBadgesAndIconsOnRows)
         EXPECT_EQ(row(2)->badgeValue, value);
         EXPECT_EQ(row(2)->hasBadge(), value != -1);
     }
+    // The longest number leaves the title its room, for as long as it is there.
+    const int usual = list()->width();
+    for (const quint64 value : {quint64(1) << 63, ~quint64(0)}) {
+        delegate->pluginSetBadge(good, value);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(
+            list()->preparedCellAtRow(2).elidedText(list()->frameOfCellAtColumn(0, 2).width()),
+            u"Good"_s);
+        EXPECT_EQ(list()->width() == usual, value == ~quint64(0));
+    }
     const QImage icon = filled(16, 16, Qt::red);
     delegate->pluginSetIcon(good, icon);
     EXPECT_EQ(row(2)->icon, icon);

@@ -255,7 +255,9 @@ TEST_F(Services, MakeDrawersThatBelongToTheCaller)
     QWidget content;
     content.setGeometry(30, 40, 120, 90);
     auto *button = new QPushButton(&content);
-    auto drawer = delegate->newDrawerWithContent(&content);
+    std::unique_ptr<Drawer> drawer;
+    onThread([&] { drawer = delegate->newDrawerWithContent(&content); });
+    EXPECT_EQ(drawer->thread(), qApp->thread());
     EXPECT_EQ(content.geometry(), QRect(0, 0, 120, 90));
     EXPECT_EQ(button->palette().color(QPalette::ButtonText), Qt::white);
     EXPECT_FALSE(drawer->isOpen());

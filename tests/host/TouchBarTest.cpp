@@ -129,6 +129,10 @@ TEST_F(WithTouchBar, EveryNavigationAndSheetEndRevertsToTheSystemBar)
     EXPECT_FALSE(showsSystemBar()) << "what is refused changes nothing";
     EXPECT_TRUE(logLines().isEmpty());
     delegate->endModalSheet(&sheet);
+    request(&target);
+    EXPECT_FALSE(showsSystemBar());
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(showsSystemBar()) << "the sheet ends a turn later, and takes the new bar along";
 }
 
 TEST_F(WithTouchBar, KeepsTheKeyboardOffTheBarWhenItsPageGoes)

@@ -45,7 +45,8 @@ struct StoreEdition : Host
 
 TEST_F(StoreEdition, AsksForTheHomeFolderUntilItIsTheRightOne)
 {
-    services.addResource(u"en.strings"_s, "SZ_NEXT = Go; SZ_HOME_ERROR_DESC = \"%@ %@ %@\";");
+    services.addResource(u"en.strings"_s,
+                         "SZ_NEXT = \"Go & go\"; SZ_HOME_ERROR_DESC = \"%@ %@ %@\";");
     services.chosenFolders = {u"/tmp/wrong"_s, realHome() + u'/', QString(), realHome().toUpper()};
     const QString question = u"choose Please select your home directory|"_s + realHome();
     const QString alert = u"alert Selection is not your home folder|%1 %2 %1|OK|"_s;
@@ -55,7 +56,7 @@ TEST_F(StoreEdition, AsksForTheHomeFolderUntilItIsTheRightOne)
         EXPECT_EQ(pages->currentIndex(), 0);
         EXPECT_FALSE(pages->tabBar()->isVisible());
         EXPECT_FALSE(part<QWidget>("lblExit")->isVisible());
-        EXPECT_EQ(part<QPushButton>("btnNext")->text(), u"Go"_s);
+        EXPECT_EQ(part<QPushButton>("btnNext")->text(), u"Go && go"_s);
         EXPECT_EQ(part<QLabel>("lblWelcomeTitle")->text(), u"Welcome to Solvane"_s);
         EXPECT_FALSE(delegate->uiModalShowing()) << "it is not counted";
         press("btnNext");
