@@ -4,6 +4,7 @@
 #include <QObject>
 
 #include <functional>
+#include <utility>
 
 /// Waits for the desktop to have a tray, for as long as it takes: a panel may well start after the
 /// programs of the session. Hears of it on the session bus (StatusNotifierItem) and from the window

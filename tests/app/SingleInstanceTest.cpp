@@ -1,6 +1,7 @@
 #include "app/SingleInstance.h"
 #include "platform/ui/Application.h"
 #include "platform/ui/ApplicationDelegate.h"
+#include "tests/support/TestMain.h"
 
 #include <QDBusMessage>
 
