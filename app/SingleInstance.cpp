@@ -6,7 +6,7 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusServer>
-#include <QFile>
+#include <QFileInfo>
 #include <QLockFile>
 #include <QStandardPaths>
 #include <QUrl>
@@ -14,6 +14,7 @@
 #include <QVariantMap>
 
 #include <algorithm>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -36,6 +37,12 @@ QString objectPath()
 QString socketPath()
 {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    const QFileInfo place(folder);
+    constexpr auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup
+        | QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+    // The toolkit warns of a folder that others may reach into, and goes on.
+    if (!place.isDir() || place.ownerId() != ::geteuid() || (place.permissions() & others))
+        return {};
     const bool isWayland = QGuiApplication::platformName().startsWith("wayland"_L1);
     const QByteArray desktop = qgetenv(isWayland ? "WAYLAND_DISPLAY" : "DISPLAY");
     return folder.isEmpty()

@@ -107,7 +107,7 @@ test_runs_without_a_session_bus() {
     # One instance all the same: of several at once, and after one that was killed.
     export DBUS_SESSION_BUS_ADDRESS=$address
     start --hidden
-    expect "the socket" test -S "$XDG_RUNTIME_DIR"/solvane-*[0-9]
+    expect "the socket" eval 'test -S "$XDG_RUNTIME_DIR"/solvane-*[0-9]'
     kill -KILL "$pid"
     wait "$pid" 2>/dev/null || true
     for _ in 1 2 3 4; do
