@@ -52,7 +52,8 @@ CommandLine CommandLine::parse()
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addOptions({hidden, touchBar, safe, without, list, check, breadcrumb, snapshot});
-    parser.addPositionalArgument(u"documents"_s, u"Documents to open."_s, u"[documents...]"_s);
+    parser.addPositionalArgument(
+        u"documents"_s, u"Documents. The window is shown; none is opened."_s, u"[documents...]"_s);
     parser.process(*QCoreApplication::instance());
 
     CommandLine result;

@@ -146,6 +146,8 @@ int diagnose(const CommandLine &commandLine, Application &application)
 
 int run(const CommandLine &commandLine, Application &application)
 {
+    for (const QString &document : commandLine.documents)
+        QTextStream(stderr) << "solvane: documents are not opened: " << printable(document) << '\n';
     SingleInstance instance(application);
     // A picture is taken of this program, whatever else is running.
     if (commandLine.snapshot.isNull() && instance.claim() == SingleInstance::Second) {

@@ -72,8 +72,10 @@ void mndPrefs::updateUI()
     }
     if (lblAutolaunch)
         lblAutolaunch->setVisible(!isStore);
-    if (lblAutolaunchFailed)
-        lblAutolaunchFailed->hide();
+    for (QLabel *failed : {lblAutolaunchFailed.data(), lblDelayFailed.data()}) {
+        if (failed)
+            failed->hide();
+    }
     if (imgHolder)
         imgHolder->setVisible(isStore);
     if (const auto helpers = sharedHelpersOf(core()); helpers && sliderDelay) {
@@ -124,6 +126,19 @@ void mndPrefs::onSliderChanged(QObject *)
     if (const auto helpers = sharedHelpersOf(core()); helpers && sliderDelay)
         helpers->setForcedDelayValue(sliderDelay->value());
     showDelay();
+    systemServices().defaults->synchronizeLater([self = QPointer(this)](bool written) {
+        if (self)
+            self->tell(self->lblDelayFailed, u"SZ_PREFS_DELAY_FAILED"_s, !written);
+    });
+}
+
+void mndPrefs::tell(QLabel *label, const QString &key, bool hasFailed)
+{
+    if (!core() || !label || label->isVisible() == hasFailed)
+        return;
+    label->setText(core()->stringResource(key, label->text()));
+    label->setVisible(hasFailed);
+    fitToTexts();
 }
 
 void mndPrefs::onAutolaunchClicked(QObject *)
@@ -136,10 +151,5 @@ void mndPrefs::onAutolaunchClicked(QObject *)
     // A folder that cannot be written keeps what it has: the box shows what is so.
     const bool isSo = items.launchOnLogin();
     cbAutolaunch->setChecked(isSo);
-    if (lblAutolaunchFailed) {
-        lblAutolaunchFailed->setText(
-            core()->stringResource(u"SZ_PREFS_AUTOLAUNCH_FAILED"_s, lblAutolaunchFailed->text()));
-        lblAutolaunchFailed->setVisible(isSo != wanted);
-        fitToTexts();
-    }
+    tell(lblAutolaunchFailed, u"SZ_PREFS_AUTOLAUNCH_FAILED"_s, isSo != wanted);
 }

@@ -26,6 +26,7 @@ class mndPrefs : public SheetController
     Q_PROPERTY(QLabel *lblDelayMin MEMBER lblDelayMin)
     Q_PROPERTY(QLabel *lblDelayMax MEMBER lblDelayMax)
     Q_PROPERTY(QLabel *lblDelayValue MEMBER lblDelayValue)
+    Q_PROPERTY(QLabel *lblDelayFailed MEMBER lblDelayFailed)
 
 public:
     mndPrefs();
@@ -42,6 +43,7 @@ public:
 private:
     void fillTexts();
     void showDelay();
+    void tell(QLabel *label, const QString &key, bool hasFailed);
 
     QPointer<mndTextField> lblClose;
     QPointer<QCheckBox> cbAutolaunch;
@@ -55,4 +57,5 @@ private:
     QPointer<QLabel> lblDelayMin;
     QPointer<QLabel> lblDelayMax;
     QPointer<QLabel> lblDelayValue;
+    QPointer<QLabel> lblDelayFailed;
 };

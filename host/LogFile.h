@@ -6,7 +6,8 @@
 
 class mndHelpers;
 
-/// The extended log. Any thread, any number of them: nothing here waits for another thread.
+/// The extended log. Any thread and any process, any number of them. They wait for each other only
+/// while one of them removes a file that is too large, and never for long.
 namespace LogFile {
 
 /// Above this many bytes the file makes way for a new one.
@@ -23,7 +24,9 @@ QString line(const QString &message, const QDateTime &time, const QLocale &local
 
 /// Adds the line in UTF-8 with a single write, so that lines of several threads never mix; makes
 /// the file and its folder when they are missing. A file beyond the limit is removed first, by the
-/// helpers; one that cannot be removed is written to all the same.
+/// helpers; one that cannot be removed is written to all the same. No line goes with a file that it
+/// has not found too large. What a process that was killed has left of a line ends where it is, for
+/// which its last character makes room.
 /// @param helpers null: no file counts as too large. What it throws reaches the caller.
 Written write(const QString &path, const QString &line, mndHelpers *helpers);
 

@@ -92,14 +92,26 @@ void mndAppDelegate::onExtendedLoggingEnable(QObject *)
     }
     setExtendedLoggingValue(!enabled);
     QFile::remove(logFilePath());
+    // Support reads first which version it is; and there is something to reveal.
+    if (!enabled)
+        logPlace("onExtendedLoggingEnable:", __LINE__, versionText());
 }
 
 void mndAppDelegate::onExtendedLoggingSend(QObject *)
 {
-    if (desktopServices().workspace->openFile(logFilePath()))
-        return;
-    desktopServices().alertPanel->run(
-        stringResource(u"SZ_TITLE"_s, u"Solvane"_s),
-        stringResource(u"SZ_NO_LOG"_s, u"There is currently no logfile available to view."_s),
-        u"OK"_s, {});
+    const QString path = logFilePath();
+    const auto tell = [self = QPointer(this), path] {
+        if (!self)
+            return;
+        // Where there is a log that no program opens, the user can at least find it.
+        const QString place = QFile::exists(path) ? u"\n\n"_s + path : QString();
+        desktopServices().alertPanel->run(
+            self->stringResource(u"SZ_TITLE"_s, u"Solvane"_s),
+            self->stringResource(u"SZ_NO_LOG"_s,
+                                 u"There is currently no logfile available to view."_s)
+                + place,
+            u"OK"_s, {});
+    };
+    if (!desktopServices().workspace->openFile(path, tell))
+        tell();
 }

@@ -30,7 +30,9 @@ namespace {
 /// anew.
 constexpr double endOfStartupDelay = 0.1;
 
+/// Neither is 0, with which the Quit command ends: a launcher that asks can tell them apart.
 constexpr int statusAfterReset = 1;
+constexpr int statusAfterFailedReset = 2;
 
 void paintGround(QWidget *view, const QColor &color)
 {
@@ -118,8 +120,12 @@ void mndAppDelegate::applicationDidFinishLaunching()
     systemServices().scheduler->after(endOfStartupDelay, this, [this] { _loaded(); });
     if (miExtendedLoggingEnable)
         miExtendedLoggingEnable->setChecked(extendedLoggingValue());
-    logPlace("applicationDidFinishLaunching:", 847,
-             format(u"Loaded %@ (%d)"_s, {slvBundleVersionString(), mndEdition()}));
+    logPlace("applicationDidFinishLaunching:", 847, versionText());
+}
+
+QString mndAppDelegate::versionText()
+{
+    return format(u"Loaded %@ (%d)"_s, {slvBundleVersionString(), mndEdition()});
 }
 
 void mndAppDelegate::askAboutCulprit()
@@ -326,9 +332,15 @@ void mndAppDelegate::onResetMyPreferences(QObject *)
     if (answer == AlertPanel::Default)
         return;
     UserDefaults &defaults = *systemServices().defaults;
-    for (const QString &key : defaults.keys())
-        defaults.removeValue(key);
-    if (!defaults.synchronize())
-        systemServices().systemLog->write(u"The reset preferences could not be written."_s);
-    systemServices().processEnd->exit(statusAfterReset);
+    defaults.removeAll();
+    const bool isReset = defaults.synchronize();
+    if (!isReset)
+        desktopServices().alertPanel->run(
+            stringResource(u"SZ_TITLE"_s, u"Solvane"_s),
+            stringResource(u"SZ_RESET_FAILED"_s,
+                           u"Your preferences could not be reset, because the file that holds them "
+                           "could not be written.\n\nSolvane will now exit. Please try again "
+                           "later."_s),
+            u"OK"_s, {});
+    systemServices().processEnd->exit(isReset ? statusAfterReset : statusAfterFailedReset);
 }

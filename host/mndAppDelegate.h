@@ -212,6 +212,7 @@ private:
     std::unique_ptr<TouchBar> _coreMakeTouchBarWith(const QStringList &titles);
     bool askForHomeDirectory();
     QString logFilePath() const;
+    QString versionText();
 
     SidebarTree::Headings sourceListItems;
     std::unique_ptr<mndPlugins> m_Plugins;

@@ -16,6 +16,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <tuple>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -126,6 +127,9 @@ void RealSystemLog::write(const QString &message)
 
 void RealProcessEnd::exit(int status)
 {
+    // What could not be written has been told.
+    if (UserDefaults *defaults = systemServices().defaults)
+        std::ignore = defaults->synchronize();
     std::fflush(nullptr);
     std::_Exit(status);
 }

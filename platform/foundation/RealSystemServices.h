@@ -55,6 +55,6 @@ public:
 class RealProcessEnd : public ProcessEnd
 {
 public:
-    /// Writes out the C streams; runs no destructors and no exit handlers.
+    /// Writes out the settings and the C streams; runs no destructors and no exit handlers.
     [[noreturn]] void exit(int status) override;
 };

@@ -1,187 +1,15 @@
 #include "platform/foundation/RealUserDefaults.h"
 
-#include "platform/foundation/FileDescriptor.h"
 #include "platform/foundation/MainThread.h"
 
 #include <QCoreApplication>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QRegularExpression>
-#include <QScopeGuard>
-#include <QSettings>
 #include <QStandardPaths>
-#include <QUrl>
-#include <QUuid>
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-
-#include <algorithm>
-#include <cstdio>
-#include <iterator>
-#include <thread>
+#include <memory>
+#include <system_error>
+#include <utility>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-using namespace std::chrono_literals;
-
-/// Another process has written long before. The main thread waits.
-constexpr auto longestWait = 40ms;
-/// What is not written then is lost.
-constexpr auto longestWaitAtTheEnd = 1s;
-
-// An INI file knows texts only: a tag before the text says what else it was.
-constexpr QLatin1StringView booleanTag = "bool:"_L1;
-constexpr QLatin1StringView integerTag = "int:"_L1;
-constexpr QLatin1StringView longTag = "long:"_L1;
-constexpr QLatin1StringView realTag = "real:"_L1;
-constexpr QLatin1StringView textTag = "text:"_L1;
-constexpr QLatin1StringView tags[] = {booleanTag, integerTag, longTag, realTag, textTag};
-
-bool hasTag(const QString &text)
-{
-    return std::any_of(std::begin(tags), std::end(tags),
-                       [&](QLatin1StringView tag) { return text.startsWith(tag); });
-}
-
-QVariant toFile(const QVariant &value)
-{
-    switch (value.typeId()) {
-    case QMetaType::Bool:
-        return booleanTag + (value.toBool() ? u"true"_s : u"false"_s);
-    case QMetaType::Int:
-        return integerTag + QString::number(value.toInt());
-    case QMetaType::LongLong:
-        return longTag + QString::number(value.toLongLong());
-    case QMetaType::Double:
-        return realTag + QString::number(value.toDouble(), 'g', QLocale::FloatingPointShortest);
-    case QMetaType::QString: {
-        const QString text = value.toString();
-        return hasTag(text) ? textTag + text : text;
-    }
-    case QMetaType::QByteArray:
-        return value;
-    default:
-        // A map is stored with all its types; a list alone would become a list of texts.
-        return QVariantMap{{QString(), value}};
-    }
-}
-
-QVariant fromFile(const QVariant &stored)
-{
-    if (stored.typeId() == QMetaType::QVariantMap)
-        return stored.toMap().value(QString());
-    if (stored.typeId() != QMetaType::QString)
-        return stored;
-    const QString text = stored.toString();
-    if (!hasTag(text))
-        return text;
-    const QString rest = text.section(u':', 1);
-    bool ok = true;
-    QVariant value = rest;
-    if (text.startsWith(booleanTag))
-        value = rest == "true"_L1;
-    else if (text.startsWith(integerTag))
-        value = rest.toInt(&ok);
-    else if (text.startsWith(longTag))
-        value = rest.toLongLong(&ok);
-    else if (text.startsWith(realTag))
-        value = rest.toDouble(&ok);
-    return ok ? value : text;
-}
-
-// QSettings takes slashes for groups, and joins several into one.
-QString keyInFile(const QString &key)
-{
-    return QString::fromLatin1(QUrl::toPercentEncoding(key));
-}
-
-QString keyFromFile(const QString &key)
-{
-    return QUrl::fromPercentEncoding(key.toLatin1());
-}
-
-/// Open when this process may write in the folder. A kernel's lock ends with the process that holds
-/// it, however that ends; on the folder itself it leaves nothing behind either.
-FileDescriptor lockFolder(const QString &path, std::chrono::milliseconds longest)
-{
-    const auto end = std::chrono::steady_clock::now() + longest;
-    FileDescriptor folder(uninterrupted([&] {
-        return ::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    }));
-    while (folder.isOpen() && ::flock(folder.number(), LOCK_EX | LOCK_NB) != 0) {
-        // A file system without such locks: every write replaces the whole file all the same.
-        if (errno != EWOULDBLOCK && errno != EINTR)
-            break;
-        if (std::chrono::steady_clock::now() >= end)
-            folder.reset();
-        else
-            std::this_thread::sleep_for(1ms);
-    }
-    return folder;
-}
-
-/// 0 when there is none.
-ino_t fileNumber(const QString &path)
-{
-    struct stat status = {};
-    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_ino : 0;
-}
-
-/// What is wrong with what stands in a file's place, and could keep whoever opens it waiting; null
-/// for a file and for nothing at all.
-QString notAFile(const QString &path)
-{
-    const QFileInfo item(path);
-    return item.exists() && !item.isFile() ? u"it is no file"_s : QString();
-}
-
-/// What the names begin with under which new files are made.
-QString scratchName(const QString &target)
-{
-    return target + u".new-"_s;
-}
-
-/// What processes that were killed have left. Only under the lock.
-void removeScratchFiles(const QString &target)
-{
-    // With what QSettings makes beside it; the folder may be full of the user's own files.
-    static const QRegularExpression made(u"^[0-9a-f]{32}(\\..*)?$"_s);
-    const QDir folder = QFileInfo(target).dir();
-    const QString start = QFileInfo(scratchName(target)).fileName();
-    const QStringList left =
-        folder.entryList({start + u'*'}, QDir::Files | QDir::System | QDir::Hidden);
-    for (const QString &name : left) {
-        if (made.match(name.sliced(start.size())).hasMatch())
-            QFile::remove(folder.filePath(name));
-    }
-}
-
-/// Copies a file if there is one, and answers what went wrong. Unlike QFile::copy() it does not
-/// wait for the disk, since the copy is changed at once.
-QString copyFile(const QString &from, const QString &to)
-{
-    QFile old(from);
-    if (!old.exists())
-        return {};
-    QFile copy(to);
-    if (!old.open(QIODevice::ReadOnly))
-        return old.errorString();
-    const QByteArray content = old.readAll();
-    if (old.error() != QFile::NoError)
-        return old.errorString();
-    if (!copy.open(QIODevice::WriteOnly | QIODevice::NewOnly, QFile::ReadOwner | QFile::WriteOwner)
-        || copy.write(content) != content.size() || !copy.flush()
-        || !copy.setPermissions(old.permissions()))
-        return copy.errorString();
-    return {};
-}
-
-} // namespace
 
 QString RealUserDefaults::defaultFilePath()
 {
@@ -190,27 +18,22 @@ QString RealUserDefaults::defaultFilePath()
 }
 
 RealUserDefaults::RealUserDefaults(const QString &filePath, SystemLog *log)
-    : m_filePath(filePath)
+    : m_file(filePath)
     , m_log(log)
 {
-    if (const QString problem = notAFile(m_filePath); !problem.isNull()) {
-        tell(u"The settings in %1 could not be read: %2"_s.arg(m_filePath, problem));
-        return;
-    }
-    Values values;
-    const QSettings file(m_filePath, QSettings::IniFormat);
-    const QStringList keys = file.allKeys();
-    for (const QString &key : keys)
-        values.insert(keyFromFile(key), fromFile(file.value(key)));
-    if (file.status() == QSettings::AccessError)
-        tell(u"The settings in %1 could not be read."_s.arg(m_filePath));
-    m_fileIsDamaged = file.status() == QSettings::FormatError;
-    m_values.replace(std::move(values));
+    QString problem;
+    m_values.replace(m_file.read(problem));
+    if (!problem.isNull())
+        tell(u"The settings in %1 could not be read: %2"_s.arg(filePath, problem));
 }
 
 RealUserDefaults::~RealUserDefaults()
 {
-    write(longestWaitAtTheEnd);
+    handOver();
+    m_isEnding = true;
+    m_work.release();
+    if (m_thread.joinable())
+        m_thread.join();
 }
 
 QVariant RealUserDefaults::value(const QString &key) const
@@ -236,6 +59,14 @@ void RealUserDefaults::removeValue(const QString &key)
     change(key, std::nullopt);
 }
 
+void RealUserDefaults::removeAll()
+{
+    if (qApp && !MainThread::isCurrent())
+        return MainThread::runAndWait([&] { removeAll(); });
+    m_pending = {true, {}};
+    m_values.replace({});
+}
+
 void RealUserDefaults::change(const QString &key, const std::optional<QVariant> &value)
 {
     if (key.isEmpty())
@@ -247,7 +78,7 @@ void RealUserDefaults::change(const QString &key, const std::optional<QVariant> 
         values.insert(key, *value);
     else if (!values.remove(key))
         return;
-    m_pending.insert(key, value);
+    m_pending.values.insert(key, value);
     m_values.replace(std::move(values));
 }
 
@@ -255,10 +86,22 @@ bool RealUserDefaults::synchronize()
 {
     bool written = false;
     if (qApp && !MainThread::isCurrent())
-        MainThread::runAndWait([&] { written = write(longestWait); });
+        MainThread::runAndWait([&] { written = writeNow(); });
     else
-        written = write(longestWait);
+        written = writeNow();
     return written;
+}
+
+void RealUserDefaults::synchronizeLater(std::function<void(bool)> done)
+{
+    if (qApp && !MainThread::isCurrent())
+        return MainThread::runAndWait([&] { synchronizeLater(std::move(done)); });
+    handOver();
+    if (done)
+        m_waiting.emplace(m_handedOver, std::move(done));
+    // The thread calls for the answer, too; but it may be done by now, or have nothing to do.
+    QMetaObject::invokeMethod(
+        &m_receiver, [this] { answer(); }, Qt::QueuedConnection);
 }
 
 void RealUserDefaults::tell(const QString &message) const
@@ -267,82 +110,77 @@ void RealUserDefaults::tell(const QString &message) const
         m_log->write(message);
 }
 
-bool RealUserDefaults::write(std::chrono::milliseconds longest)
+bool RealUserDefaults::writeNow()
 {
-    if (m_pending.isEmpty())
-        return true;
-    const QString problem = replaceFile(longest);
-    if (!problem.isNull()) {
-        tell(u"The settings could not be written to %1: %2"_s.arg(m_filePath, problem));
-        return false;
+    handOver();
+    Outcome outcome = m_outcome;
+    for (; outcome.number < m_handedOver; outcome = m_outcome)
+        m_outcome.wait(outcome);
+    return outcome.isWritten != 0;
+}
+
+void RealUserDefaults::handOver()
+{
+    const Outcome last = m_outcome;
+    const bool hasFailed = last.number == m_handedOver && !last.isWritten;
+    if (m_pending.isEmpty() && !hasFailed)
+        return;
+    // One that the thread has not taken yet takes these along.
+    std::unique_ptr<Errand> errand(m_errand.exchange(nullptr));
+    if (!errand)
+        errand = std::make_unique<Errand>();
+    errand->changes.follow(std::exchange(m_pending, {}));
+    errand->number = ++m_handedOver;
+    m_errand = errand.release();
+    if (!m_thread.joinable())
+        startThread();
+    if (m_thread.joinable())
+        m_work.release();
+    else
+        attempt();
+}
+
+void RealUserDefaults::startThread()
+{
+    try {
+        m_thread = std::thread([this] { run(); });
+    } catch (const std::system_error &) {
+        // There are too many. The main thread writes, then.
     }
-    m_pending.clear();
-    return true;
 }
 
-QString RealUserDefaults::keepDamagedFile(const QString &target)
+void RealUserDefaults::run()
 {
-    QFile damaged(target);
-    QString kept = target + u".damaged"_s;
-    for (int number = 2; m_fileIsDamaged && QFile::exists(kept); ++number)
-        kept = target + u".damaged-%1"_s.arg(number);
-    if (m_fileIsDamaged && !damaged.copy(kept))
-        return damaged.errorString();
-    m_fileIsDamaged = false;
-    return {};
-}
-
-QString RealUserDefaults::replaceFile(std::chrono::milliseconds longest)
-{
-    // A link stays: what it leads to is replaced.
-    const QString canonical = QFileInfo(m_filePath).canonicalFilePath();
-    const QString target = canonical.isEmpty() ? m_filePath : canonical;
-    const QString folder = QFileInfo(target).path();
-    if (!QDir().mkpath(folder))
-        return u"its folder cannot be made"_s;
-    if (const QString problem = notAFile(target); !problem.isNull())
-        return problem;
-    const FileDescriptor lock = lockFolder(folder, longest);
-    if (!lock.isOpen())
-        return errno == EWOULDBLOCK ? u"another process does not end writing"_s : qt_error_string();
-    if (const QString problem = keepDamagedFile(target); !problem.isNull())
-        return problem;
-
-    // QSettings has a lock file of its own beside what it writes, which outlives a process that is
-    // killed, and may wait for it half a minute or for ever. It also takes a file of the same size
-    // and time for the one it knows. A name that nobody else ever has keeps it from both.
-    removeScratchFiles(target);
-    const QString made = scratchName(target) + QUuid::createUuid().toString(QUuid::Id128);
-    const auto tidy = qScopeGuard([&] { QFile::remove(made); });
-    if (const QString problem = copyFile(target, made); !problem.isNull())
-        return problem;
-    const std::optional<bool> isChanged = changeFile(made);
-    if (!isChanged)
-        return u"the new file cannot be written"_s;
-    if (*isChanged
-        && ::rename(QFile::encodeName(made).constData(), QFile::encodeName(target).constData())
-            != 0)
-        return qt_error_string();
-    return {};
-}
-
-std::optional<bool> RealUserDefaults::changeFile(const QString &path) const
-{
-    const ino_t before = fileNumber(path);
-    QSettings file(path, QSettings::IniFormat);
-    bool isChanged = false;
-    for (auto entry = m_pending.cbegin(); entry != m_pending.cend(); ++entry) {
-        const QString key = keyInFile(entry.key());
-        isChanged |= entry.value() || file.contains(key);
-        if (entry.value())
-            file.setValue(key, toFile(*entry.value()));
-        else
-            file.remove(key);
+    while (true) {
+        m_work.acquire();
+        attempt();
+        if (m_isEnding && !m_errand.load())
+            return;
     }
-    file.sync();
-    // Its status stays the first thing that went wrong, which may be a line that nobody
-    // understands. But what it writes is always a new file.
-    if (isChanged && fileNumber(path) == before)
-        return std::nullopt;
-    return isChanged;
+}
+
+void RealUserDefaults::attempt()
+{
+    const std::unique_ptr<Errand> errand(m_errand.exchange(nullptr));
+    if (!errand)
+        return;
+    m_unwritten.follow(errand->changes);
+    const QString problem = m_file.change(m_unwritten);
+    if (problem.isNull())
+        m_unwritten = {};
+    else
+        tell(u"The settings could not be written to %1: %2"_s.arg(m_file.path(), problem));
+    m_outcome = Outcome{errand->number, problem.isNull() ? 1U : 0U};
+    m_outcome.notify_all();
+    QMetaObject::invokeMethod(
+        &m_receiver, [this] { answer(); }, Qt::QueuedConnection);
+}
+
+void RealUserDefaults::answer()
+{
+    const Outcome outcome = m_outcome;
+    while (!m_waiting.empty() && m_waiting.begin()->first <= outcome.number) {
+        const auto done = m_waiting.extract(m_waiting.begin());
+        done.mapped()(outcome.isWritten != 0);
+    }
 }

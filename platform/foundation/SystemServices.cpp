@@ -9,7 +9,8 @@ SystemServices &systemServices()
 void storeSetting(const QString &key, const QVariant &value)
 {
     systemServices().defaults->setValue(key, value);
-    if (!systemServices().defaults->synchronize())
-        systemServices().systemLog->write(
-            QStringLiteral("The setting %1 could not be written.").arg(key));
+    systemServices().defaults->synchronizeLater([key](bool written) {
+        if (SystemLog *log = systemServices().systemLog; log && !written)
+            log->write(QStringLiteral("The setting %1 could not be written.").arg(key));
+    });
 }

@@ -65,9 +65,16 @@ public:
     virtual QVariant value(const QString &key) const = 0;
     virtual void setValue(const QString &key, const QVariant &value) = 0;
     virtual void removeValue(const QString &key) = 0;
+    /// Every value goes, those too that other processes have stored since this one has read them.
+    virtual void removeAll() = 0;
     virtual QStringList keys() const = 0;
-    /// Writes to disk at once, whole or not at all. False when that failed.
+    /// Waits until all changes are on the disk, for one who must not go on before. Whole or not at
+    /// all: false when that failed; they are kept for the next time.
     virtual bool synchronize() = 0;
+    /// Has all changes written at once, but waits for no disk: reading sees them already.
+    /// @param done is told later, on the main thread, what synchronize() would have answered; not
+    ///        when the process ends before. May be empty.
+    virtual void synchronizeLater(std::function<void(bool written)> done) = 0;
 };
 
 /// The system's own log. Any thread.
@@ -131,6 +138,6 @@ struct SystemServices
 
 SystemServices &systemServices();
 
-/// Sets a value and has it written at once; of what could not be, the system log tells. Any thread,
-/// which waits for the main one.
+/// Sets a value and has it written at once, without waiting for the disk; of what could not be
+/// written, the system log tells. Any thread, which waits for the main one.
 void storeSetting(const QString &key, const QVariant &value);

@@ -30,8 +30,8 @@ public:
     /// @param failed called later, once at most, when what was started could not open it either.
     /// May be empty.
     virtual bool openUrl(const QString &url, const std::function<void()> &failed = {}) = 0;
-    /// False when nothing could open it.
-    virtual bool openFile(const QString &path) = 0;
+    /// As openUrl(); false for a file that does not exist, too.
+    virtual bool openFile(const QString &path, const std::function<void()> &failed = {}) = 0;
 
     /// The icon of the item at the path, or of an item of that name where there is none. Square,
     /// its edge in points, two pixels to a point. Any thread; from another than the main thread it

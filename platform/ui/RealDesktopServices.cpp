@@ -112,9 +112,10 @@ bool XdgWorkspace::openUrl(const QString &url, const std::function<void()> &fail
     return true;
 }
 
-bool XdgWorkspace::openFile(const QString &path)
+bool XdgWorkspace::openFile(const QString &path, const std::function<void()> &failed)
 {
-    return QFileInfo::exists(path) && QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+    return QFileInfo::exists(path)
+        && openUrl(QString::fromUtf8(QUrl::fromLocalFile(path).toEncoded()), failed);
 }
 
 QString FileDialogOpenPanel::chooseFolder(const QString &title, const QString &folder)

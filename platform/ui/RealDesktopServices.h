@@ -15,7 +15,7 @@ class XdgWorkspace : public Workspace
 {
 public:
     bool openUrl(const QString &url, const std::function<void()> &failed = {}) override;
-    bool openFile(const QString &path) override;
+    bool openFile(const QString &path, const std::function<void()> &failed = {}) override;
     QImage iconForFile(const QString &path, int size) override;
     QImage iconForFileType(const QString &type, int size) override;
 };

@@ -109,11 +109,20 @@ TEST_F(Sheets, OfThePreferencesOpenAtTheStoredDelayAndStoreWhatIsChosen)
     QTest::keyClick(window->focusWidget(), Qt::Key_Right);
     EXPECT_EQ(services.defaults[key], QVariant(11));
     EXPECT_EQ(text("lblDelayValue"), u"11s"_s);
-    EXPECT_EQ(services.recorder.take(), QStringList{u"synchronize"_s});
-    services.defaultsAreWritten = false;
-    QTest::keyClick(window->focusWidget(), Qt::Key_End);
-    EXPECT_EQ(services.recorder.take().value(1),
-              u"syslog The setting slvCritical.delay could not be written."_s);
+    EXPECT_EQ(services.recorder.take().value(0), u"synchronize later"_s);
+    for (const bool isWritten : {false, true, false}) {
+        services.defaultsAreWritten = isWritten;
+        QTest::keyClick(window->focusWidget(), isWritten ? Qt::Key_Home : Qt::Key_End);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(part("lblDelayFailed")->isVisible(), !isWritten);
+        EXPECT_EQ(services.recorder.take().contains(
+                      u"syslog The setting slvCritical.delay could not be written."_s),
+                  !isWritten);
+    }
+    pressEscape();
+    open("miPrefs");
+    EXPECT_FALSE(part("lblDelayFailed")->isVisible());
+    part<QSlider>("sliderDelay")->setFocus();
     QTest::keyClick(window->focusWidget(), Qt::Key_Right);
     EXPECT_EQ(services.defaults[key], QVariant(15));
 }
@@ -167,7 +176,7 @@ TEST_F(Sheets, OfTheAboutEntryTellWhatThisIs)
     start();
     for (const auto &[starts, opens] : {std::pair{true, true}, {true, false}, {false, false}}) {
         services.workspaceOpens = starts;
-        services.browserFails = starts && !opens;
+        services.openerFails = starts && !opens;
         open("miAbout");
         EXPECT_EQ(text("lblVersion"), u"Version 512"_s);
         part("lblLink")->setFocus();

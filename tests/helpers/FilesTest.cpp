@@ -346,7 +346,7 @@ TEST_F(Files, AreRemovedQuicklyAsTheSettingSays)
     }
     services.recorder.take();
     helpers.setSecureQuickCleanValue(true);
-    EXPECT_EQ(services.recorder.take(), QStringList{u"synchronize"_s});
+    EXPECT_EQ(services.recorder.take(), QStringList{u"synchronize later"_s});
     EXPECT_EQ(services.defaults[u"slvQuickClean.secure"_s], QVariant(true));
     EXPECT_TRUE(helpers.removeFileAtPathQuickClean(add(u"f"_s, 1)));
     EXPECT_EQ(files.steps.count(u"write"_s), 1);
@@ -380,7 +380,7 @@ TEST_F(Files, WaitBetweenTwoAndFifteenSeconds)
         services.recorder.take();
         helpers.setForcedDelayValue(given);
         EXPECT_EQ(services.defaults[key], QVariant(kept));
-        EXPECT_EQ(services.recorder.take(), QStringList{u"synchronize"_s});
+        EXPECT_EQ(services.recorder.take(), QStringList{u"synchronize later"_s});
     }
 }
 

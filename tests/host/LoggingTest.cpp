@@ -2,6 +2,7 @@
 
 #include "helpers/mndHelpers.h"
 #include "helpers/sharedHelpers.h"
+#include "host/LogFile.h"
 #include "support/FullDisk.h"
 
 #include <fcntl.h>
@@ -32,6 +33,22 @@ public:
     quint64 size = 6'144'001;
     bool removes = true, reallyRemoves = true, throws = false;
     int removals = 0;
+};
+
+/// Helpers that are busy with something else first.
+class SlowHelpers : public sharedHelpers
+{
+    Q_OBJECT
+
+public:
+    bool removeFileAtPath(const QString &path) override
+    {
+        if (const auto act = std::exchange(onRemoval, nullptr))
+            act();
+        return sharedHelpers::removeFileAtPath(path);
+    }
+
+    std::function<void()> onRemoval;
 };
 
 struct Log : Host
@@ -133,6 +150,10 @@ TEST_F(Log, SendsWhatTheDiskRefusesToTheSystemLog)
     QFile::remove(logPath());
     delegate->log(u"kept"_s);
     {
+        const FullDisk full(rlim_t(size()));
+        expectRefusal("a full disk");
+    }
+    {
         const FullDisk full(rlim_t(size()) + 9);
         expectRefusal("room for a part of the line");
     }
@@ -146,12 +167,17 @@ TEST_F(Log, IsSwitchedByTheMenuWhichAsksBeforeItLogs)
         u"alert Solvane|Extended logging generates a lot of data and may reduce the performance of "
         "Solvane.  Please only enable this option if support has asked you to do so for "
         "troubleshooting purposes.|Cancel|Enable"_s;
-    const std::tuple<const char *, bool, AlertPanel::Answer, bool, bool, QStringList> rows[] = {
-        {"off, without a question", true, AlertPanel::Default, false, false, {u"synchronize"_s}},
-        {"cancelled", false, AlertPanel::Default, false, true, {question}},
-        {"on", false, AlertPanel::Alternate, true, false, {question, u"synchronize"_s}},
-    };
-    for (const auto &[what, before, answer, after, keepsLines, events] : rows) {
+    const QString stored = u"synchronize later"_s;
+    const QRegularExpression none(u"^$"_s), old(u"^16/11/2026 00:45 old$"_s),
+        first(
+            u"^16/11/2026 00:45 mndAppDelegate::onExtendedLoggingEnable::\\d+ Loaded v512 .2.$"_s);
+    const std::tuple<const char *, bool, AlertPanel::Answer, bool, QRegularExpression, QStringList>
+        rows[] = {
+            {"off, without a question", true, AlertPanel::Default, false, none, {stored}},
+            {"cancelled", false, AlertPanel::Default, false, old, {question}},
+            {"on", false, AlertPanel::Alternate, true, first, {question, stored}},
+        };
+    for (const auto &[what, before, answer, after, lines, events] : rows) {
         services.defaults[u"slvCore.elog"_s] = true;
         delegate->log(u"old"_s);
         services.defaults[u"slvCore.elog"_s] = before;
@@ -161,16 +187,72 @@ TEST_F(Log, IsSwitchedByTheMenuWhichAsksBeforeItLogs)
         EXPECT_EQ(services.recorder.take(), events) << what;
         EXPECT_EQ(delegate->extendedLoggingValue(), after) << what;
         EXPECT_EQ(item("miExtendedLoggingEnable")->isChecked(), after) << what;
-        EXPECT_EQ(logLines().value(0), keepsLines ? u"16/11/2026 00:45 old"_s : QString());
-        EXPECT_EQ(QFile::exists(logPath()), keepsLines) << what;
+        EXPECT_TRUE(lines.match(logLines().join(u'|')).hasMatch()) << what;
+        EXPECT_EQ(QFile::exists(logPath()), lines != none) << what;
     }
     delegate->applicationWillTerminate();
-    EXPECT_EQ(logLines(),
-              QStringList{u"16/11/2026 00:45 mndAppDelegate::applicationWillTerminate::1330"_s});
+    EXPECT_EQ(logLines().value(1),
+              u"16/11/2026 00:45 mndAppDelegate::applicationWillTerminate::1330"_s);
 
     // From elsewhere the mark follows a moment later.
     std::thread([this] { delegate->setExtendedLoggingValue(false); }).join();
     EXPECT_SOON(!item("miExtendedLoggingEnable")->isChecked());
+}
+
+TEST_F(Log, IsRevealedOrItIsToldWhereItIs)
+{
+    const QString open = u"open file "_s + logPath();
+    const QString none = u"alert Solvane|There is currently no logfile available to view.%1|OK|"_s;
+    const QString found = none.arg(u"\n\n"_s + logPath());
+    for (const auto &[isThere, starts, opens, told] :
+         {std::tuple{false, false, true, none.arg(QString())},
+          {true, false, true, found},
+          {true, true, false, found},
+          {true, true, true, QString()}}) {
+        QFile::remove(logPath());
+        if (isThere)
+            delegate->log(u"x"_s);
+        services.workspaceOpens = starts;
+        services.openerFails = !opens;
+        item("miExtendedLoggingSend")->trigger();
+        QCoreApplication::processEvents();
+        EXPECT_EQ(services.recorder.take().join(u'#'), told.isNull() ? open : open + u'#' + told);
+    }
+}
+
+TEST_F(Log, LosesNoLineOfAThreadThatMeetsARemoval)
+{
+    fill(6'144'001);
+    SlowHelpers helpers;
+    std::atomic<bool> isDone = false;
+    std::thread other;
+    helpers.onRemoval = [&] {
+        other = std::thread([&] {
+            LogFile::write(logPath(), u"of the other\n"_s, &helpers);
+            isDone = true;
+        });
+        // Either it writes to the file that goes, or it waits for the next.
+        for (int i = 0; i < 100 && !isDone; ++i)
+            QTest::qSleep(1);
+    };
+    delegate->sharedObjectRegister(u"SHARED.HELPERS"_s, &helpers);
+    delegate->log(u"mine"_s);
+    other.join();
+    EXPECT_EQ(logLines().size(), 2);
+}
+
+TEST_F(Log, EndsALineThatWasCutOff)
+{
+    const std::pair<QByteArray, QByteArray> rows[] = {{"whole\n", "whole\n"},
+                                                      {"whole\ncut", "whole\ncu\n"},
+                                                      {"caf\xc3\xa9", "caf \n"},
+                                                      {"eur\xe2\x82", "eur \n"},
+                                                      {"\xc3", "\n"}};
+    for (const auto &[before, after] : rows) {
+        makeFile(logPath(), before);
+        delegate->log(u"x"_s);
+        EXPECT_EQ(fileContent(logPath()), after + "16/11/2026 00:45 x\n");
+    }
 }
 
 TEST_F(Log, DoesNotComeBackWithALineThatIsLate)

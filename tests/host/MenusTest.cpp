@@ -52,6 +52,11 @@ TEST_F(Host, ResetsThePreferencesOnlyAfterConsent)
     item("miPrefsReset")->trigger();
     EXPECT_TRUE(services.defaults.isEmpty());
     EXPECT_EQ(services.recorder.take().mid(1), (QStringList{u"synchronize"_s, u"exit 1"_s}));
+    services.defaultsAreWritten = false;
+    item("miPrefsReset")->trigger();
+    const QStringList failed = services.recorder.take().mid(2);
+    EXPECT_TRUE(failed.value(0).contains(u"could not be reset"_s)) << "the user is told";
+    EXPECT_EQ(failed.value(1), u"exit 2"_s);
 }
 
 TEST_F(Host, OpensWhatTheMenusLeadTo)

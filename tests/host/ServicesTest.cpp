@@ -45,9 +45,10 @@ TEST_F(Services, AnswerAPluginThatUsesThemAll)
               "open url https://feedback.solvane.example/inapp-feedback-v5"_s.arg(width));
     send("useHomeAndTexts");
     EXPECT_EQ(services.recorder.take().join(u'|'),
-              u"isHomeDirectory true|synchronize|synchronize|stringByExpandingTildeInPath true|"
+              u"isHomeDirectory true|synchronize later|synchronize "
+              u"later|stringByExpandingTildeInPath true|"
               "stringResource nothing|localizeLink http://a?b|extendedLoggingValue false|"
-              "synchronize|uiTheme #ffffff"_s);
+              "synchronize later|uiTheme #ffffff"_s);
     EXPECT_EQ(services.defaults[u"slv.sandbox.home"_s], u"/stored"_s);
     EXPECT_EQ(services.defaults[u"slv.sandbox.bookmark"_s], QByteArray("bookmark"));
     EXPECT_TRUE(logLines().last().endsWith("a line"_L1));

@@ -85,11 +85,18 @@ struct TestServices::Seams : Clock,
     QVariant value(const QString &key) const override { return t.defaults.value(key); }
     void setValue(const QString &key, const QVariant &value) override { t.defaults[key] = value; }
     void removeValue(const QString &key) override { t.defaults.remove(key); }
+    void removeAll() override { t.defaults.clear(); }
     QStringList keys() const override { return t.defaults.keys(); }
     bool synchronize() override
     {
         t.recorder.note(u"synchronize"_s);
         return t.defaultsAreWritten;
+    }
+    void synchronizeLater(std::function<void(bool)> done) override
+    {
+        t.recorder.note(u"synchronize later"_s);
+        if (done)
+            MainThread::runLater([done, written = t.defaultsAreWritten] { done(written); });
     }
 
     void write(const QString &message) override { t.recorder.note(u"syslog "_s + message); }
@@ -107,13 +114,15 @@ struct TestServices::Seams : Clock,
         t.recorder.note(u"open url "_s + url);
         if (t.onUrlOpened)
             t.onUrlOpened();
-        if (t.browserFails && failed)
+        if (t.openerFails && failed)
             MainThread::runLater(failed);
         return t.workspaceOpens;
     }
-    bool openFile(const QString &path) override
+    bool openFile(const QString &path, const std::function<void()> &failed) override
     {
         t.recorder.note(u"open file "_s + path);
+        if (t.openerFails && failed)
+            MainThread::runLater(failed);
         return t.workspaceOpens;
     }
 

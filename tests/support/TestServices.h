@@ -77,7 +77,7 @@ public:
     bool defaultsAreWritten = true;
     AlertPanel::Answer alertAnswer = AlertPanel::Default;
     bool workspaceOpens = true;
-    bool browserFails = false;         ///< soon after it was started
+    bool openerFails = false;          ///< soon after it was started
     std::function<void()> onUrlOpened; ///< called when the desktop is asked to open one
     QStringList chosenFolders;         ///< by the user, one after the other; then the user cancels
     QImage icon;                       ///< of every file and type

@@ -35,6 +35,7 @@ test_second_launch_brings_the_window_back() {
     close_window
     touch "$HOME/some document.txt"
     launch_again "$HOME/some document.txt"
+    grep -q "^solvane: documents are not opened: .*some document" "$HOME/output" || fail "no word of the document"
     expect "the window to come back with a document" has_window
     wmctrl -s 2
     launch_again

@@ -1,10 +1,16 @@
 #include "platform/foundation/RealUserDefaults.h"
 
 #include "platform/foundation/FileDescriptor.h"
+#include "platform/foundation/SettingsValue.h"
+#include "tests/faults/FailingCalls.h"
 #include "tests/support/FullDisk.h"
 
+#include <QSettings>
+
 #include <fcntl.h>
+#include <sched.h>
 #include <sys/file.h>
+#include <sys/mount.h>
 #include <sys/wait.h>
 
 #include <csignal>
@@ -151,6 +157,173 @@ TEST_F(RealUserDefaultsTest, KeepsTheOldFileWhenTheDiskIsFull)
     }
 }
 
+TEST_F(RealUserDefaultsTest, KeepsTheOldFileOrHasTheNewOneWhicheverCallFails)
+{
+    QByteArray before = "[General]\n";
+    for (int i = 100; i < 350; ++i)
+        before += "key" + QByteArray::number(i) + "=int:12345678\n";
+    const QByteArray after = before + "new=int:1\n";
+    for (const int number : {ENOSPC, EIO}) {
+        int failures = 0;
+        for (int first = 1, met = 0; met >= first - 1; ++first) {
+            SCOPED_TRACE(testing::Message() << number << ' ' << first);
+            makeFile(m_path, before);
+            RealUserDefaults defaults(m_path);
+            defaults.setValue(u"new"_s, 1);
+            bool written = false, isFlush = false;
+            {
+                const FailingCalls calls(number, m_parent.toStdString(),
+                                         [&](int count, const std::string &call) {
+                                             met = count;
+                                             isFlush = call == "sync " + m_parent.toStdString();
+                                             return count >= first;
+                                         });
+                written = defaults.synchronize();
+            }
+            EXPECT_EQ(content(), written || isFlush ? after : before);
+            EXPECT_EQ(names(), u"solvane.conf"_s);
+            EXPECT_TRUE(defaults.synchronize());
+            EXPECT_EQ(content(), after);
+            failures += !written;
+        }
+        EXPECT_GT(failures, 3);
+    }
+}
+
+TEST_F(RealUserDefaultsTest, KeepsEveryKeyWhateverRoomThereIs)
+{
+    constexpr int noRight = 77;
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (::unshare(CLONE_NEWNS) != 0
+            || ::mount("", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0
+            || !QDir(m_folder.path()).mkdir(u"Solvane"_s)
+            || ::mount("tmpfs", m_parent.constData(), "tmpfs", 0, "size=64k") != 0)
+            ::_exit(noRight);
+        for (int room = 0; room < 12; ++room) {
+            QFile::remove(m_folder.filePath(u"Solvane/filler"_s));
+            QFile::remove(m_path);
+            RealUserDefaults defaults(m_path);
+            for (int i = 0; i < 250; ++i)
+                defaults.setValue(u"slvCore.key%1"_s.arg(i), u"a value of this length"_s);
+            const bool isFirstWritten = defaults.synchronize();
+            QFile filler(m_folder.filePath(u"Solvane/filler"_s));
+            if (!isFirstWritten || !filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+                ::_exit(1);
+            while (filler.write(QByteArray(4096, 'x')) > 0)
+                continue;
+            filler.resize(std::max<qint64>(0, filler.size() - room * 4096));
+            const QByteArray before = content();
+            defaults.setValue(u"slvCore.key7"_s, u"a value of this Length"_s);
+            const bool isWritten = defaults.synchronize();
+            if ((content() != before) != isWritten || content().size() != before.size()
+                || isWritten != (room >= 3))
+                ::_exit(2 + room);
+        }
+        ::_exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    if (WEXITSTATUS(status) == noRight)
+        GTEST_SKIP() << "this user may not mount";
+    EXPECT_EQ(status, 0) << WEXITSTATUS(status);
+}
+
+TEST_F(RealUserDefaultsTest, WaitsForNoDiskUnlessAsked)
+{
+    RealUserDefaults defaults(m_path, &m_log);
+    QStringList answers;
+    const auto answer = [&](bool written) { answers << (written ? u"yes"_s : u"no"_s); };
+    defaults.synchronizeLater(answer);
+    EXPECT_SOON(answers.size() == 1) << "nothing to do";
+    ASSERT_TRUE(QDir(m_folder.path()).mkdir(u"Solvane"_s));
+    {
+        const FileDescriptor folder(::open(m_parent.constData(), O_RDONLY | O_DIRECTORY));
+        ASSERT_EQ(::flock(folder.number(), LOCK_EX), 0);
+        for (int i = 0; i < 3; ++i) {
+            defaults.setValue(u"a"_s, i);
+            defaults.synchronizeLater(answer);
+            EXPECT_EQ(defaults.value(u"a"_s), QVariant(i));
+        }
+        EXPECT_EQ(answers.size(), 1) << "not at once";
+        EXPECT_FALSE(QFile::exists(m_path));
+        EXPECT_SOON(answers.size() > 1);
+    }
+    EXPECT_SOON(answers.size() == 4);
+    EXPECT_EQ(answers.value(1), u"no"_s) << "another process has the folder";
+    onThread([&] { defaults.synchronizeLater(answer); });
+    EXPECT_SOON(answers.size() == 5);
+    EXPECT_EQ(answers.last(), u"yes"_s);
+    EXPECT_EQ(content(), "[General]\na=int:2\n");
+}
+
+TEST_F(RealUserDefaultsTest, RemovesWhatIsInGroupsAndWhatOthersHaveWritten)
+{
+    const QByteArray foreign = "[General]\na=int:1\n[group]\nkey=two\nother=int:3\n";
+    makeFile(m_path, foreign);
+    RealUserDefaults defaults(m_path);
+    EXPECT_EQ(defaults.keys().join(u' '), u"a group/key group/other"_s);
+    defaults.setValue(u"group/key"_s, 2);
+    defaults.removeValue(u"group/other"_s);
+    EXPECT_TRUE(defaults.synchronize());
+    const RealUserDefaults reader(m_path);
+    EXPECT_EQ(reader.keys().join(u' '), u"a group/key"_s);
+    EXPECT_EQ(reader.value(u"group/key"_s), QVariant(2));
+
+    makeFile(m_path, foreign + "late=int:4\n");
+    defaults.setValue(u"b"_s, 1);
+    defaults.removeAll();
+    EXPECT_TRUE(defaults.keys().isEmpty());
+    EXPECT_TRUE(defaults.synchronize());
+    EXPECT_EQ(content(), "");
+    defaults.setValue(u"c"_s, 1);
+    EXPECT_TRUE(defaults.synchronize());
+    EXPECT_EQ(content(), "[General]\nc=int:1\n");
+}
+
+TEST_F(RealUserDefaultsTest, ReadsAndWritesWhatQtsOwnSettingsDo)
+{
+    const QByteArray texts[] = {
+        "a=1\nb = two words \n; c=3\n\n d=\"quoted; , = \" ; comment\ne=a\\x41z\\101\\n\\\"\n",
+        "[General]\r\na=@@x\r\nb=@ByteArray(\\x1\xc3\xbf)\r\n[%General]\r\nk=v\r\n",
+        "\xef\xbb\xbf[ g ]\na%20b=x,y , \" z\"\nempty=\nquotes=\"\"\nlong=first \\\n  second\n",
+        "[g]\nc=\"two\nlines\"\n[General]\nn=\xe2\x82\xac\\x20ac\\xe9,\n",
+        "a=1\n[general\nno value\n",
+    };
+    for (const QByteArray &text : texts) {
+        SCOPED_TRACE(text.toStdString());
+        const QString path = makeFile(m_folder.filePath(QString::number(qHash(text))), text);
+        const QSettings qts(path, QSettings::IniFormat);
+        const SettingsText::Parsed parsed = SettingsText::parse(text);
+        QStringList keys = qts.allKeys();
+        keys.sort();
+        EXPECT_EQ(parsed.entries.keys(), keys);
+        EXPECT_EQ(parsed.isWhole, qts.status() == QSettings::NoError);
+        for (const QString &key : keys)
+            EXPECT_EQ(SettingsValue::decoded(parsed.entries[key]), qts.value(key))
+                << qPrintable(key);
+    }
+    RealUserDefaults defaults(m_path);
+    const QStringList values{u"a;b,c=d"_s,
+                             u" x "_s,
+                             u"@x"_s,
+                             u"\x1"
+                             "f\\\"\n\t"_s,
+                             u"ä€\U0001f600"_s,
+                             u""_s,
+                             u"\x7f"
+                             "0"_s};
+    for (const QString &value : values)
+        defaults.setValue(u"é/%1"_s.arg(values.indexOf(value)), value);
+    EXPECT_TRUE(defaults.synchronize());
+    const QSettings qts(m_path, QSettings::IniFormat);
+    for (const QString &value : values)
+        EXPECT_EQ(qts.value(u"%C3%A9%2F%1"_s.arg(values.indexOf(value))), QVariant(value));
+    const QByteArray cutOff = "a=\"open\nb=1";
+    EXPECT_EQ(SettingsText::text(SettingsText::parse(cutOff).entries),
+              "[General]\na=\"open\\xa\\x62=1\"\n");
+}
+
 TEST_F(RealUserDefaultsTest, TellsWhyAFolderThatIsReadOnlyTakesNothing)
 {
     if (::geteuid() == 0)
@@ -192,14 +365,12 @@ TEST_F(RealUserDefaultsTest, WaitsForNoLockFileThatAnotherProcessHasLeft)
     for (const QByteArray &lock : {none, cutOff, ofTheGone, running, elsewhere}) {
         SCOPED_TRACE(lock.toStdString());
         makeFile(m_path + u".lock"_s, lock);
-        makeFile(m_path + u".new-0123456789abcdef0123456789abcdef.lock"_s, lock);
-        makeFile(m_path + u".new-mine"_s, lock);
         defaults.setValue(u"count"_s, ++count);
         EXPECT_TRUE(defaults.synchronize());
         // Whoever waits for such a file does so until it is old enough, and takes it away.
         EXPECT_EQ(fileContent(m_path + u".lock"_s), lock);
         EXPECT_EQ(content(), "[General]\ncount=int:" + QByteArray::number(count) + '\n');
-        EXPECT_EQ(names(), u"solvane.conf solvane.conf.lock solvane.conf.new-mine"_s);
+        EXPECT_EQ(names(), u"solvane.conf solvane.conf.lock"_s);
     }
     QFile::remove(m_path + u".lock"_s);
     // For this one, for ever.
@@ -281,6 +452,8 @@ TEST_F(RealUserDefaultsTest, LosesNothingWhenItsProcessIsKilledWhileWriting)
             RealUserDefaults defaults(m_path);
             for (int count = defaults.value(u"count"_s).toInt() + 1;; ++count) {
                 defaults.setValue(u"count"_s, count);
+                defaults.synchronizeLater({});
+                defaults.setValue(u"after"_s, count);
                 defaults.setValue(u"filler%1"_s.arg(count % 5), filler);
                 if (!defaults.synchronize() || ::write(ends[1], &count, sizeof count) < 0)
                     ::_exit(1);
@@ -297,6 +470,8 @@ TEST_F(RealUserDefaultsTest, LosesNothingWhenItsProcessIsKilledWhileWriting)
         ::close(ends[0]);
         const RealUserDefaults defaults(m_path);
         stored = defaults.value(u"count"_s).toInt();
+        const int after = defaults.value(u"after"_s).toInt();
+        ASSERT_TRUE(after == stored || after == stored - 1) << "in their order";
         ASSERT_TRUE(stored == told || stored == told + 1) << stored << " is not " << told;
         ASSERT_EQ(defaults.value(u"filler%1"_s.arg(told % 5)), filler);
     }
