@@ -45,19 +45,24 @@ CommandLine CommandLine::parse()
         u"safe-mode"_s, u"Start with the plugins that come with Solvane, and no others."_s);
     const QCommandLineOption without(
         u"without-plugin"_s, u"Leave a plugin out of this run. May be given again."_s, u"id"_s);
+    const QCommandLineOption debug(
+        u"debug"_s,
+        u"Print what plugins do wrong: refused bundles, calls that do nothing, "
+        "exceptions, a main loop that is kept waiting."_s);
     QCommandLineOption breadcrumb(u"breadcrumb"_s, {}, u"file"_s);
     breadcrumb.setFlags(QCommandLineOption::HiddenFromHelp);
     QCommandLineParser parser;
     parser.setApplicationDescription(u"Keeps a machine tidy and healthy."_s);
     parser.addHelpOption();
     parser.addVersionOption();
-    parser.addOptions({hidden, touchBar, safe, without, list, check, breadcrumb, snapshot});
+    parser.addOptions({hidden, touchBar, safe, without, debug, list, check, breadcrumb, snapshot});
     parser.addPositionalArgument(
         u"documents"_s, u"Documents. The window is shown; none is opened."_s, u"[documents...]"_s);
     parser.process(*QCoreApplication::instance());
 
     CommandLine result;
     result.hidden = parser.isSet(hidden);
+    result.debug = parser.isSet(debug);
     result.safeMode = parser.isSet(safe);
     result.touchBar = parser.isSet(touchBar);
     result.withoutPlugins = parser.values(without);

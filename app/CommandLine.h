@@ -8,6 +8,7 @@ struct CommandLine
 {
     bool hidden = false; ///< start without showing the window
     bool listPlugins = false;
+    bool debug = false;         ///< print what is silent otherwise
     bool safeMode = false;      ///< only the plugins that come with the application
     bool touchBar = false;      ///< asked for by its option
     QStringList withoutPlugins; ///< ids or bundles to leave out of this run
@@ -23,7 +24,10 @@ struct CommandLine
     }
 
     /// Whether there are options that count from a start to its end.
-    bool isForTheStart() const { return safeMode || touchBar || !withoutPlugins.isEmpty(); }
+    bool isForTheStart() const
+    {
+        return debug || safeMode || touchBar || !withoutPlugins.isEmpty();
+    }
 
     /// Whether no window is shown and the program ends by itself.
     bool isDiagnosis() const { return listPlugins || !checkPlugin.isNull(); }

@@ -43,19 +43,21 @@ void setHandler(void (*handler)(int), int flags)
 
 } // namespace
 
-TerminationSignals::TerminationSignals(Application &application)
+TerminationSignals::TerminationSignals(Application &application, std::function<void()> heard)
 {
     arrivals = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     if (arrivals < 0)
         return; // The system's own way of ending a program stays.
     m_arrived.setSocket(arrivals);
     m_arrived.setEnabled(true);
-    QObject::connect(&m_arrived, &QSocketNotifier::activated, &application, [this, &application] {
-        m_arrived.setEnabled(false);
-        application.terminate();
-        // Whatever window or alert is open: nobody may be there to answer it.
-        Application::exit();
-    });
+    QObject::connect(&m_arrived, &QSocketNotifier::activated, &application,
+                     [this, &application, heard = std::move(heard)] {
+                         m_arrived.setEnabled(false);
+                         heard();
+                         application.terminate();
+                         // Whatever window or alert is open: nobody may be there to answer it.
+                         Application::exit();
+                     });
     setHandler(wake, SA_RESTART | static_cast<int>(SA_RESETHAND));
 }
 

@@ -2,6 +2,8 @@
 
 #include <QSocketNotifier>
 
+#include <functional>
+
 class Application;
 
 /// Ends the program through its normal termination when the system or a terminal asks for it with
@@ -10,7 +12,8 @@ class Application;
 class TerminationSignals
 {
 public:
-    explicit TerminationSignals(Application &application);
+    /// @param heard is called first.
+    TerminationSignals(Application &application, std::function<void()> heard);
     ~TerminationSignals();
     Q_DISABLE_COPY_MOVE(TerminationSignals)
 

@@ -1,5 +1,7 @@
 #include "app/CommandLine.h"
 #include "app/ConsoleAlertPanel.h"
+#include "app/DebugOutput.h"
+#include "app/MainLoopWatch.h"
 #include "app/OrderlyEnd.h"
 #include "app/PluginCheck.h"
 #include "app/PluginDiagnosis.h"
@@ -21,9 +23,11 @@
 #include "platform/foundation/RealUserDefaults.h"
 #include "platform/ui/Application.h"
 #include "platform/ui/InterfaceFile.h"
+#include "platform/ui/ModalLoop.h"
 #include "platform/ui/NamedImage.h"
 #include "platform/ui/RealDesktopServices.h"
 #include "platform/ui/TouchBarApplication.h"
+#include "plugin_host/CrashWitness.h"
 #include "plugin_host/mndPlugins.h"
 #include "plugin_host/PluginQuarantine.h"
 
@@ -162,14 +166,22 @@ int run(const CommandLine &commandLine, Application &application)
         return 1;
     }
 
-    const TerminationSignals signalsOfTheSystem(application);
     PluginQuarantine quarantine(quarantineOptions(commandLine));
+    const TerminationSignals signalsOfTheSystem(
+        application, [&] { quarantine.endIsAskedFor(ModalLoop::isRunning()); });
     if (!quarantine.keepBreadcrumbs(PluginQuarantine::breadcrumbPath()))
         systemServices().systemLog->write(u"No breadcrumbs are kept: another run has them, or "
                                           "the folder cannot be written."_s);
+    std::optional<DebugOutput> debug;
+    if (commandLine.debug)
+        debug.emplace();
     const OrderlyEnd end(quarantine);
+    // Before any plugin hears that it ends.
+    QObject::connect(&application, &QCoreApplication::aboutToQuit, &application,
+                     [] { CrashWitness::limitEnd(0); });
     std::unique_ptr<QWidget> window; // outlives the delegate that works on it
     mndAppDelegate delegate;
+    delegate.setPluginLoadObserver(debug ? &*debug : nullptr);
     delegate.setPluginQuarantine(&quarantine);
     setApplicationDelegate(&delegate);
     window = InterfaceFile::load(u"MainMenu"_s, &delegate);
@@ -182,6 +194,7 @@ int run(const CommandLine &commandLine, Application &application)
         delegate.windowShouldClose(window.get());
     }
     application.finishLaunching();
+    end.comeFirst();
     tellUnknownNames(quarantine);
     // Not before: to lay it out takes the fonts, and the rest of the start has to wait anyway.
     if (!commandLine.hidden && !application.isTerminating())
@@ -199,7 +212,17 @@ int run(const CommandLine &commandLine, Application &application)
             Application::exit(takeSnapshot(delegate, commandLine.snapshot));
         });
     }
+    std::optional<MainLoopWatch> watch;
+    if (debug) {
+        watch.emplace([](const PluginModules::Owner &owner) {
+            DebugOutput::print(
+                owner.name,
+                u"keeps the main loop waiting for more than %1 ms"_s.arg(MainLoopWatch::longest));
+        });
+    }
     const int status = Application::exec();
+    watch.reset();
+    CrashWitness::limitEnd(status);
     MainThread::close();
     return status;
 }

@@ -10,9 +10,23 @@
 
 using namespace Qt::StringLiterals;
 
+void mndAppDelegate::tellOfWrongCall(const char *selector, const QString &what) const
+{
+    if (m_observer)
+        m_observer->callIsWrong(QString::fromLatin1(selector) + u' ' + what);
+}
+
+void mndAppDelegate::expectMainThread(const char *selector) const
+{
+    if (!MainThread::isCurrent())
+        tellOfWrongCall(selector, u"is for the main thread"_s);
+}
+
 std::unique_ptr<QObject> mndAppDelegate::newFactoryInstance(const QString &className)
 {
     const QMetaObject *meta = ClassRegistry::metaObject(className);
+    if (!meta)
+        tellOfWrongCall("newFactoryInstance:", u"no class is named \"%1\""_s.arg(className));
     if (!meta || !meta->inherits(&QWidget::staticMetaObject))
         return ClassRegistry::newInstance(className);
     // A view lives on the main thread, whoever wants it.
@@ -33,6 +47,7 @@ QObject *mndAppDelegate::sharedObject(const QString &name)
 
 void mndAppDelegate::signalAllPlugins(const Selector &selector)
 {
+    expectMainThread("signalAllPlugins:");
     if (m_Plugins)
         m_Plugins->performSelectorOnAllDelegates(selector);
 }
@@ -45,7 +60,8 @@ bool mndAppDelegate::uiModalShowing()
 void mndAppDelegate::beginModalSheet(QWidget *window)
 {
     if (uiModalShowing())
-        return;
+        return tellOfWrongCall("beginModalSheet:",
+                               u"dropped: the count of sheets is %1"_s.arg(_isModalShowing));
     ++_isModalShowing;
     MainThread::runLater([self = QPointer(this), sheet = QPointer(window)] {
         if (self)
@@ -55,7 +71,9 @@ void mndAppDelegate::beginModalSheet(QWidget *window)
 
 void mndAppDelegate::endModalSheet(QWidget *window)
 {
-    --_isModalShowing;
+    if (--_isModalShowing < 0)
+        tellOfWrongCall("endModalSheet:",
+                        u"ends more sheets than were begun: no sheet shows any more"_s);
     MainThread::runLater([self = QPointer(this), sheet = QPointer(window)] {
         if (self)
             self->_endModalSheet(sheet);
@@ -106,6 +124,7 @@ std::unique_ptr<Drawer> mndAppDelegate::newDrawerWithContent(QWidget *content, q
 
 void mndAppDelegate::uiButtonSetTextColor(QAbstractButton *button, const QColor &color)
 {
+    expectMainThread("uiButtonSetTextColor:color:");
     if (m_Plugins)
         mndPlugins::setButtonStringColor(button, color);
 }

@@ -138,6 +138,14 @@ Dictionary mndAppDelegate::infoOfPlugin(const QString &id) const
     return m_Plugins ? mndPlugins::info(m_Plugins->pluginWithID(id)) : Dictionary();
 }
 
+Dictionary mndAppDelegate::infoForCall(const char *selector, const QString &id) const
+{
+    const Dictionary info = infoOfPlugin(id);
+    if (info.isAbsent())
+        tellOfWrongCall(selector, u"no plugin has the id \"%1\""_s.arg(id));
+    return info;
+}
+
 void mndAppDelegate::sourceListSelectionDidChange(const Notification &)
 {
     if (!sourceList || !m_Plugins)
@@ -183,7 +191,7 @@ bool mndAppDelegate::_showPlugin(const QString &id)
         return false;
     logPlace("showPlugin:", 216, id);
     uiRevertToSystemTouchbar();
-    const Dictionary info = infoOfPlugin(id);
+    const Dictionary info = infoForCall("showPlugin:", id);
     if (info.isAbsent())
         return false;
     if (info.string(u"parent"_s) != SidebarTree::hiddenHeading()) {
@@ -210,7 +218,8 @@ void mndAppDelegate::_highlightItem(const QString &heading, const QString &title
 
 void mndAppDelegate::pluginSetBadge(const QString &id, quint64 value)
 {
-    const Dictionary info = infoOfPlugin(id);
+    expectMainThread("pluginSetBadge:value:");
+    const Dictionary info = infoForCall("pluginSetBadge:value:", id);
     if (!info.isAbsent())
         _setBadge(info.string(u"parent"_s), info.string(u"name"_s), value);
 }
@@ -239,7 +248,8 @@ void mndAppDelegate::fitSidebar()
 
 void mndAppDelegate::pluginSetIcon(const QString &id, const QImage &icon)
 {
-    const Dictionary info = infoOfPlugin(id);
+    expectMainThread("pluginSetIcon:icon:");
+    const Dictionary info = infoForCall("pluginSetIcon:icon:", id);
     if (icon.isNull() || info.isAbsent())
         return;
     _pluginSetIcon(info.string(u"parent"_s), info.string(u"name"_s), icon);
@@ -255,9 +265,10 @@ void mndAppDelegate::_pluginSetIcon(const QString &heading, const QString &title
 
 void mndAppDelegate::pluginSetIconHighlighted(const QString &id, const QImage &icon)
 {
+    expectMainThread("pluginSetIconHighlighted:icon:");
     // The row keeps the image it was made with; the stored one serves the Touch Bar.
     if (!icon.isNull())
-        infoOfPlugin(id).setValue(u"icon-selected"_s, icon);
+        infoForCall("pluginSetIconHighlighted:icon:", id).setValue(u"icon-selected"_s, icon);
 }
 
 // Stands beside its siblings for whoever wants the row to follow; nothing calls it today.
@@ -285,6 +296,7 @@ void mndAppDelegate::findAndSetProcessing(const QString &id, bool value)
         pluginSetProcessingEx({info.string(u"parent"_s), info.string(u"name"_s), value});
         return;
     }
+    tellOfWrongCall("pluginSetProcessing:value:", u"no plugin has the id \"%1\""_s.arg(id));
 }
 
 void mndAppDelegate::pluginSetProcessingEx(const QVariantList &packed)

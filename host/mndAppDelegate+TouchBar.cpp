@@ -72,6 +72,7 @@ void mndAppDelegate::uiMakeSLVTouchbarWithButtons(const QStringList &, QObject *
 void mndAppDelegate::uiMakeSLVSystemTouchbarWithButtons(const QStringList &titles, QObject *target,
                                                         const Selector &selector, QWidget *window)
 {
+    expectMainThread("uiMakeSLVSystemTouchbarWithButtons:target:selector:window:");
     if (!_sysTB)
         return;
     _systbSEL = selector;

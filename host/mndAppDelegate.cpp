@@ -15,11 +15,10 @@
 #include "platform/ui/DesktopServices.h"
 #include "platform/ui/NamedImage.h"
 #include "platform/ui/TouchBarStrip.h"
+#include "plugin_host/LoadReports.h"
 #include "plugin_host/mndPlugins.h"
-#include "plugin_host/PluginQuarantine.h"
 
 #include <QApplication>
-#include <QFileInfo>
 #include <QLabel>
 
 using namespace Qt::StringLiterals;
@@ -33,6 +32,12 @@ constexpr double endOfStartupDelay = 0.1;
 /// Neither is 0, with which the Quit command ends: a launcher that asks can tell them apart.
 constexpr int statusAfterReset = 1;
 constexpr int statusAfterFailedReset = 2;
+
+bool isTerminating()
+{
+    const auto *application = qobject_cast<Application *>(qApp);
+    return application && application->isTerminating();
+}
 
 void paintGround(QWidget *view, const QColor &color)
 {
@@ -74,6 +79,7 @@ void mndAppDelegate::applicationDidFinishLaunching()
     if (!loadLanguageFile())
         return;
     localizeMenus();
+    makeLeftOutMenu();
     _welcome = std::make_unique<Welcome>();
     _feedback = std::make_unique<slvFeedback>();
     if (miFeedback)
@@ -93,10 +99,14 @@ void mndAppDelegate::applicationDidFinishLaunching()
     m_helpers = std::make_unique<sharedHelpers>();
     sharedObjectRegister(u"SHARED.HELPERS"_s, m_helpers.get());
     m_Plugins = std::make_unique<mndPlugins>(this);
-    m_Plugins->setObserver(m_observer);
+    m_reports = std::make_unique<LoadReports>(m_observer);
+    sharedObjectRegister(u"SHARED.LOADREPORTS"_s, m_reports.get());
+    m_Plugins->setObserver(m_reports.get());
     m_Plugins->setQuarantine(m_quarantine);
-    askAboutCulprit();
-    m_Plugins->loadAllPlugins();
+    askAfterCrash();
+    // A start that is called off in the middle of a question takes nobody along.
+    if (!isTerminating())
+        m_Plugins->loadAllPlugins();
     buildSidebarTree();
     if (sourceList) {
         sourceList->setDelegate(this);
@@ -126,29 +136,6 @@ void mndAppDelegate::applicationDidFinishLaunching()
 QString mndAppDelegate::versionText()
 {
     return format(u"Loaded %@ (%d)"_s, {slvBundleVersionString(), mndEdition()});
-}
-
-void mndAppDelegate::askAboutCulprit()
-{
-    if (!m_quarantine || m_quarantine->culprit().isNull())
-        return;
-    const Bundle bundle(m_quarantine->culprit());
-    // The last run may have taken it away itself.
-    if (!QFileInfo::exists(bundle.executablePath()))
-        return;
-    const auto answer = desktopServices().alertPanel->run(
-        stringResource(u"SZ_TITLE"_s, u"Solvane"_s),
-        format(stringResource(u"SZ_PLUGIN_CRASHED"_s,
-                              u"Solvane ended unexpectedly while the plugin “%@” was being "
-                              "started.\n\nIt can be left out until a new version of it is "
-                              "installed."_s),
-               {QFileInfo(bundle.path()).completeBaseName()}),
-        stringResource(u"SZ_LEAVE_OUT"_s, u"Leave out"_s),
-        stringResource(u"SZ_START_AGAIN"_s, u"Start again"_s));
-    // An alert that the end of the program has closed was not answered.
-    const auto *application = qobject_cast<Application *>(qApp);
-    if (answer == AlertPanel::Default && !(application && application->isTerminating()))
-        PluginQuarantine::leaveOut(m_quarantine->culprit(), bundle.executablePath());
 }
 
 void mndAppDelegate::addTitlebarAccessory()
@@ -270,6 +257,7 @@ void mndAppDelegate::onShowMainWindowClicked(QObject *)
 
 void mndAppDelegate::showMainWindow()
 {
+    expectMainThread("showMainWindow");
     onShowMainWindowClicked(nullptr);
 }
 
@@ -307,6 +295,7 @@ void mndAppDelegate::onFeedbackClicked(QObject *)
 
 void mndAppDelegate::uiSendFeedback()
 {
+    expectMainThread("uiSendFeedback");
     onFeedbackClicked(nullptr);
 }
 

@@ -16,9 +16,11 @@
 #include <atomic>
 #include <functional>
 
+class QMenu;
 class mndAbout;
 class mndPlugins;
 class mndPrefs;
+class LoadReports;
 class PluginLoadObserver;
 class PluginQuarantine;
 class sharedHelpers;
@@ -45,7 +47,8 @@ public:
     mndAppDelegate();
     ~mndAppDelegate() override;
 
-    /// Told of every bundle that start-up handles; null for nobody. Not owned.
+    /// Told of every bundle that start-up handles, and of calls that are wrong; null for nobody.
+    /// Not owned.
     void setPluginLoadObserver(PluginLoadObserver *observer) { m_observer = observer; }
     /// What keeps plugins out, and knows which one took the last run down; null for nothing. Not
     /// owned.
@@ -181,7 +184,11 @@ private:
     bool loadLanguageFile();
     void localizeMenus();
     void addTitlebarAccessory();
-    void askAboutCulprit();
+    void askAfterCrash();
+    bool askAboutCulprit();
+    void offerSafeMode();
+    void makeLeftOutMenu();
+    void fillLeftOutMenu();
     void buildSidebarTree();
     void _loaded();
     void _loaded2();
@@ -190,6 +197,10 @@ private:
     void logPlace(const char *selector, int place, const std::optional<QString> &text = {});
     void localize(QAction *item, const char *key, const QString &fallback = {});
     Dictionary infoOfPlugin(const QString &id) const;
+    /// The same, telling of one that there is none of.
+    Dictionary infoForCall(const char *selector, const QString &id) const;
+    void tellOfWrongCall(const char *selector, const QString &what) const;
+    void expectMainThread(const char *selector) const;
     void setSidebarNeedsDisplay();
     void fitSidebar();
     void displayPage(const std::function<void()> &display);
@@ -226,6 +237,7 @@ private:
     std::optional<QList<QVariantList>> m_earlySpinners = QList<QVariantList>();
     int m_sidebarWidth = 0; ///< as the interface file has it; 0 before it was read
     QPointer<QWidget> _title;
+    QPointer<QMenu> m_leftOutMenu;
     std::unique_ptr<Welcome> _welcome;
     std::optional<LanguageFile> _languageFile;
     std::unique_ptr<slvFeedback> _feedback;
@@ -237,6 +249,7 @@ private:
     mndCore *_core = nullptr;
 
     SidebarTree m_tree; ///< owns the items that sourceListItems and the plugins refer to
+    std::unique_ptr<LoadReports> m_reports;   ///< what m_Factory knows as SHARED.LOADREPORTS
     std::unique_ptr<sharedHelpers> m_helpers; ///< owns what m_Factory knows as SHARED.HELPERS
     PluginLoadObserver *m_observer = nullptr;
     PluginQuarantine *m_quarantine = nullptr;

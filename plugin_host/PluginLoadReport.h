@@ -9,9 +9,10 @@ class QObject;
 struct PluginLoadReport
 {
     QString path;
-    bool accepted = false; ///< it has a record in the registry
-    bool leftOut = false;  ///< kept out of this run, whatever it is worth
-    bool result = false;   ///< what loadPluginFromPath answered
+    bool accepted = false;          ///< it has a record in the registry
+    bool leftOut = false;           ///< kept out of this run, whatever it is worth
+    bool leftOutAfterCrash = false; ///< and for what reason
+    bool result = false;            ///< what loadPluginFromPath answered
     QString id;
     QString name;
     QString heading;
@@ -32,12 +33,16 @@ struct PluginCall
     QString exception;   ///< what it threw; null for nothing
 };
 
-/// Told of every bundle that was handled, and of the host's own calls of its plugin from then on,
-/// on the main thread. For diagnosis: the running host stays silent.
+/// Told of what the running host itself says nothing about.
 class PluginLoadObserver
 {
 public:
     virtual ~PluginLoadObserver() = default;
+    /// What became of a bundle. Main thread.
     virtual void bundleHandled(const PluginLoadReport &report) = 0;
+    /// The host has called its plugin. Main thread.
     virtual void pluginCalled(const PluginCall &) { }
+    /// A plugin has called the host in a way that does nothing, or harm. Any thread: the one that
+    /// the call has come from, where that is in it still.
+    virtual void callIsWrong(const QString &what) { Q_UNUSED(what) }
 };

@@ -1,5 +1,6 @@
 #include "plugin_host/PluginQuarantine.h"
 
+#include "platform/foundation/Bundle.h"
 #include "platform/foundation/FilePath.h"
 #include "platform/foundation/SystemServices.h"
 
@@ -16,6 +17,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -26,11 +28,56 @@ QString leftOutKey()
     return u"slvCore.leftOut"_s;
 }
 
-/// Another build of the module is another chance.
-QString entry(const QString &bundle, const QString &module)
+/// As it is stored. Another build of the module is another chance; what tells one build from
+/// another is kept apart from the bundle, so that it need not be opened.
+struct LeftOut
 {
-    const qint64 built = QFileInfo(module).lastModified().toMSecsSinceEpoch();
-    return QString::number(built) + u' ' + bundle;
+    explicit LeftOut(const QString &stored)
+        : built(stored.section(u' ', 0, 0).toLongLong())
+    {
+        const QString rest = stored.section(u' ', 1);
+        module = rest.section(u'/', 0, 0);
+        bundle = rest.mid(module.size());
+    }
+    LeftOut(const QString &bundlePath, const QString &modulePath)
+        : module(QFileInfo(modulePath).fileName())
+        , bundle(bundlePath)
+        , built(builtAt(modulePath))
+    { }
+
+    QString stored() const { return QString::number(built) + u' ' + module + bundle; }
+    bool isThere() const { return builtAt(bundle + u"/Contents/MacOS/"_s + module) == built; }
+
+    QString module; ///< file name
+    QString bundle; ///< path
+    qint64 built = 0;
+
+private:
+    static qint64 builtAt(const QString &modulePath)
+    {
+        return QFileInfo(modulePath).lastModified().toMSecsSinceEpoch();
+    }
+};
+
+QList<LeftOut> storedLeftOut()
+{
+    QList<LeftOut> result;
+    for (const QString &one : systemServices().defaults->value(leftOutKey()).toStringList())
+        result << LeftOut(one);
+    return result;
+}
+
+void store(const QList<LeftOut> &all)
+{
+    QStringList entries;
+    for (const LeftOut &one : all)
+        entries << one.stored();
+    if (entries.isEmpty())
+        systemServices().defaults->removeValue(leftOutKey());
+    else
+        systemServices().defaults->setValue(leftOutKey(), entries);
+    if (!systemServices().defaults->synchronize())
+        systemServices().systemLog->write(u"Which plugins are left out could not be written."_s);
 }
 
 bool isAt(const QByteArray &path, const FileDescriptor &file)
@@ -100,18 +147,29 @@ bool PluginQuarantine::keepBreadcrumbs(const QString &file)
         return false;
     // Mapped, since a plugin is entered often; and with its room reserved, since a full disk would
     // otherwise show at the first touch.
-    if (::posix_fallocate(opened.number(), 0, PATH_MAX) != 0)
+    if (::posix_fallocate(opened.number(), 0, sizeof(Breadcrumb)) != 0)
         return false;
     void *mapped =
-        ::mmap(nullptr, PATH_MAX, PROT_READ | PROT_WRITE, MAP_SHARED, opened.number(), 0);
+        ::mmap(nullptr, sizeof(Breadcrumb), PROT_READ | PROT_WRITE, MAP_SHARED, opened.number(), 0);
     if (mapped == MAP_FAILED)
         return false;
-    m_crumb = static_cast<char *>(mapped);
+    m_crumb = static_cast<Breadcrumb *>(mapped);
     m_path = path;
     m_file = std::move(opened);
-    const QByteArrayView left(m_crumb, static_cast<qsizetype>(::strnlen(m_crumb, PATH_MAX)));
+    const bool hasCrashed = m_crumb->hasCrashed || *m_crumb->entered;
+    if (hasCrashed)
+        ++m_crumb->crashes;
+    else if (!*m_crumb->blamed) // nobody who waits to be asked about
+        m_crumb->crashes = 0;
+    m_crumb->hasCrashed = 0;
+    // What was seen counts more than what was going on.
+    if (!*m_crumb->blamed)
+        std::memcpy(m_crumb->blamed, m_crumb->entered, PATH_MAX);
+    const QByteArrayView left(m_crumb->blamed,
+                              static_cast<qsizetype>(::strnlen(m_crumb->blamed, PATH_MAX)));
     m_culprit = left.isEmpty() ? QString() : FilePath::decode(left);
     clear();
+    CrashWitness::watch(m_crumb, path);
     return true;
 }
 
@@ -120,13 +178,26 @@ void PluginQuarantine::end()
     clear();
     if (!m_crumb)
         return;
-    ::munmap(m_crumb, PATH_MAX);
-    m_crumb = nullptr;
+    const bool isOpen = *m_crumb->blamed;
+    CrashWitness::watch(nullptr, isOpen ? QByteArray() : m_path);
+    if (!isOpen)
+        m_crumb->crashes = 0;
+    ::munmap(std::exchange(m_crumb, nullptr), sizeof(Breadcrumb));
     // Under the lock: it is nobody else's. What can be neither removed nor cut is empty all the
     // same.
-    if (::unlink(m_path.constData()) != 0 && ::ftruncate(m_file.number(), 0) != 0)
+    if (!isOpen && ::unlink(m_path.constData()) != 0 && ::ftruncate(m_file.number(), 0) != 0)
         systemServices().systemLog->write(u"An empty breadcrumb stays behind."_s);
     m_file.reset();
+}
+
+void PluginQuarantine::settle(bool isMended)
+{
+    m_culprit = QString();
+    if (!m_crumb)
+        return;
+    *m_crumb->blamed = '\0';
+    if (isMended)
+        m_crumb->crashes = 0;
 }
 
 bool PluginQuarantine::isNamed(const QStringList &names)
@@ -137,41 +208,52 @@ bool PluginQuarantine::isNamed(const QStringList &names)
     });
 }
 
+bool PluginQuarantine::isBundled(const QString &bundle)
+{
+    return bundle.startsWith(systemServices().mainBundle->path() + u'/');
+}
+
 void PluginQuarantine::leaveOut(const QString &bundle, const QString &module)
 {
-    UserDefaults &defaults = *systemServices().defaults;
-    QStringList entries = defaults.value(leftOutKey()).toStringList();
-    entries.removeIf([&](const QString &one) { return one.section(u' ', 1) == bundle; });
-    entries << entry(bundle, module);
-    defaults.setValue(leftOutKey(), entries);
-    if (!defaults.synchronize())
-        systemServices().systemLog->write(
-            u"That %1 is left out could not be written."_s.arg(bundle));
+    if (isBundled(bundle))
+        return;
+    QList<LeftOut> all = storedLeftOut();
+    all.removeIf([&](const LeftOut &one) { return one.bundle == bundle; });
+    all << LeftOut(bundle, module);
+    store(all);
 }
 
-bool PluginQuarantine::isLeftOut(const QString &bundle, const QString &module)
+QStringList PluginQuarantine::leftOut()
 {
-    const QStringList entries = systemServices().defaults->value(leftOutKey()).toStringList();
-    return !entries.isEmpty() && entries.contains(entry(bundle, module));
+    QStringList result;
+    for (const LeftOut &one : storedLeftOut()) {
+        if (!isBundled(one.bundle) && one.isThere())
+            result << one.bundle;
+    }
+    return result;
 }
 
-bool PluginQuarantine::isAnyLeftOut()
+void PluginQuarantine::takeBack(const QString &bundle)
 {
-    return !systemServices().defaults->value(leftOutKey()).toStringList().isEmpty();
+    QList<LeftOut> all = storedLeftOut();
+    all.removeIf([&](const LeftOut &one) { return one.bundle == bundle; });
+    store(all);
 }
 
-void PluginQuarantine::enter(const QString &bundle)
+void PluginQuarantine::enter(const QString &bundle, Stage stage)
 {
     m_entered = bundle;
+    m_stage = stage;
+    CrashWitness::extendEnd();
     if (!m_crumb)
         return;
     // A crash of the process leaves what is written so; only one of the machine would not, and that
     // is no plugin's doing.
     const QByteArray path = FilePath::encode(bundle);
     if (path.size() < PATH_MAX)
-        std::memcpy(m_crumb, path.constData(), static_cast<std::size_t>(path.size()) + 1);
+        std::memcpy(m_crumb->entered, path.constData(), static_cast<std::size_t>(path.size()) + 1);
     else
-        *m_crumb = '\0'; // better nobody than the one before
+        *m_crumb->entered = '\0'; // better nobody than the one before
 }
 
 void PluginQuarantine::leave(const QString &bundle)
@@ -180,9 +262,16 @@ void PluginQuarantine::leave(const QString &bundle)
         clear();
 }
 
+void PluginQuarantine::endIsAskedFor(bool isInHostsLoop)
+{
+    m_isEndAskedFor = true;
+    if (!isInHostsLoop && !m_entered.isNull() && m_stage == Stage::Loading)
+        CrashWitness::blame(FilePath::encode(m_entered).constData());
+}
+
 void PluginQuarantine::clear()
 {
     m_entered.clear();
     if (m_crumb)
-        *m_crumb = '\0';
+        *m_crumb->entered = '\0';
 }

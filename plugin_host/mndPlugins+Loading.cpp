@@ -9,6 +9,7 @@
 #include "plugin_host/mndCore.h"
 #include "plugin_host/mndPlugin.h"
 #include "plugin_host/mndPlugins.h"
+#include "plugin_host/PluginModules.h"
 #include "plugin_host/PluginQuarantine.h"
 #include "plugin_host/SidebarTree.h"
 
@@ -137,13 +138,9 @@ bool isTrusted(const Bundle &bundle, PluginLoadReport &report)
     return true;
 }
 
-} // namespace
-
-QStringList mndPlugins::pathsToLoad() const
+QStringList addedBundles()
 {
-    QStringList paths = systemServices().mainBundle->pathsForResources(u"bundle"_s);
-    if (m_quarantine && m_quarantine->bundledOnly())
-        return paths;
+    QStringList paths;
     const QString folder = addedFolder();
     // Links are not followed, so that a folder of links in a circle is just a folder of links.
     const QDir directory(folder, u"*.bundle"_s, QDir::Name,
@@ -154,6 +151,19 @@ QStringList mndPlugins::pathsToLoad() const
             paths << QString(folder + u'/' + entry.fileName()).replace(u"//"_s, u"/"_s);
     }
     return paths;
+}
+
+} // namespace
+
+bool mndPlugins::hasAddedBundles()
+{
+    return !addedBundles().isEmpty();
+}
+
+QStringList mndPlugins::pathsToLoad() const
+{
+    const QStringList own = systemServices().mainBundle->pathsForResources(u"bundle"_s);
+    return m_quarantine && m_quarantine->bundledOnly() ? own : own + addedBundles();
 }
 
 /// Authors like to link what they build.
@@ -172,18 +182,24 @@ void mndPlugins::tellOfLinks()
 void mndPlugins::loadAllPlugins()
 {
     const QStringList paths = pathsToLoad();
+    // What is left out stays unread.
+    QStringList toRead = paths;
+    toRead.removeIf([this](const QString &path) {
+        PluginLoadReport report;
+        return isLeftOut(path, report);
+    });
     std::optional<BundleReadAhead> ahead;
     // Where one has taken the program down they come one after the other: should it be the reading
-    // that does so, then the breadcrumb is to lie at the right one, and what is left out stays
-    // unread.
-    const bool isCautious =
-        m_quarantine && (!m_quarantine->culprit().isNull() || PluginQuarantine::isAnyLeftOut());
-    if (paths.size() >= manyBundles && !isCautious)
-        ahead.emplace(paths);
+    // that does so, then the breadcrumb is to lie at the right one.
+    const bool isCautious = m_quarantine && m_quarantine->crashes() > 0;
+    if (toRead.size() >= manyBundles && !isCautious)
+        ahead.emplace(toRead);
     m_ids.emplace();
     for (const Dictionary &record : std::as_const(_plugins))
         m_ids->insert(info(record).string(u"id"_s));
     for (const QString &path : paths) {
+        if (m_quarantine && m_quarantine->isEndAskedFor())
+            break;
         loadBundle(path, [&] { return ahead ? ahead->take(path) : ReadBundle::open(path); });
     }
     m_ids.reset();
@@ -203,10 +219,12 @@ bool mndPlugins::loadBundle(const QString &path, const std::function<ReadBundle(
     QElapsedTimer timer;
     timer.start();
     if (m_quarantine)
-        m_quarantine->enter(path);
+        m_quarantine->enter(path, PluginQuarantine::Stage::Loading);
     try {
-        report.result = load(read(), report);
+        report.result = !isLeftOut(path, report) && load(read(), report);
     } catch (...) {
+        // Its code stays, and threads of it may go on.
+        PluginModules::add(path, nullptr);
         const QString description = currentExceptionText();
         report.problems << u"it threw an exception: %1"_s.arg(description);
         report.message = initializationError(path, description);
@@ -219,20 +237,27 @@ bool mndPlugins::loadBundle(const QString &path, const std::function<ReadBundle(
     return report.result;
 }
 
-/// As far as it can be told before any of the bundle's code runs.
-bool mndPlugins::isKeptOut(const Bundle &bundle, PluginLoadReport &report) const
+/// As far as it can be told without reading anything of the bundle.
+bool mndPlugins::isLeftOut(const QString &path, PluginLoadReport &report) const
 {
     if (!m_quarantine)
         return false;
-    const QFileInfo file(bundle.path());
-    report.leftOut = m_quarantine->isNamed({bundle.infoValue(u"CFBundleIdentifier"_s).toString(),
-                                            file.fileName(), file.completeBaseName()});
-    if (report.leftOut) {
+    const QFileInfo file(path);
+    if (m_quarantine->isNamed({file.fileName(), file.completeBaseName()}))
         report.problems << u"left out, as asked"_s;
-    } else if (PluginQuarantine::isLeftOut(report.path, bundle.executablePath())) {
-        report.leftOut = true;
+    else if ((report.leftOutAfterCrash = PluginQuarantine::isLeftOut(path)))
         report.problems << u"left out since it took Solvane down: a new build is tried again"_s;
-    }
+    report.leftOut = !report.problems.isEmpty();
+    return report.leftOut;
+}
+
+/// As far as it can be told before any of the bundle's code runs.
+bool mndPlugins::isKeptOut(const Bundle &bundle, PluginLoadReport &report) const
+{
+    report.leftOut = m_quarantine
+        && m_quarantine->isNamed({bundle.infoValue(u"CFBundleIdentifier"_s).toString()});
+    if (report.leftOut)
+        report.problems << u"left out, as asked"_s;
     return report.leftOut;
 }
 
@@ -267,6 +292,7 @@ bool mndPlugins::load(const ReadBundle &read, PluginLoadReport &report)
 bool mndPlugins::initialize(std::unique_ptr<QObject> object, double constructed,
                             PluginLoadReport &report)
 {
+    PluginModules::add(report.path, object->metaObject());
     auto *plugin = qobject_cast<mndPlugin *>(object.get());
     if (!plugin) {
         report.problems << u"not a plugin: its root object does not implement mndPlugin"_s;
@@ -284,6 +310,7 @@ bool mndPlugins::initialize(std::unique_ptr<QObject> object, double constructed,
         return false;
     }
     report.id = info.string(u"id"_s);
+    PluginModules::setId(report.path, report.id);
     report.name = info.string(u"name"_s);
     report.heading = info.string(u"parent"_s);
     if (info.contains(u"id"_s) && isTaken(report.id)) {

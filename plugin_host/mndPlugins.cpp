@@ -22,8 +22,10 @@ mndPlugins::mndPlugins(QObject *core)
 
 mndPlugins::~mndPlugins()
 {
-    while (!_plugins.isEmpty())
-        delete _plugins.takeLast().value<QObject *>(u"obj"_s);
+    while (!_plugins.isEmpty()) {
+        auto *plugin = _plugins.takeLast().value<QObject *>(u"obj"_s);
+        callWatched(plugin, [plugin] { delete plugin; });
+    }
 }
 
 bool mndPlugins::listContainsID(const QString &id) const

@@ -42,6 +42,8 @@ public:
     /// Loads the application's own bundles, by name, then those directly inside
     /// ~/Library/Application Support/Solvane, by name.
     void loadAllPlugins();
+    /// Whether there is any beside the application's own.
+    static bool hasAddedBundles();
 
     /// True when the bundle was accepted or is no plugin at all. Nothing a bundle does or lacks is
     /// reported to the user, and nothing it throws gets out.
@@ -83,6 +85,7 @@ private:
     bool loadBundle(const QString &path, const std::function<ReadBundle()> &read);
     bool load(const ReadBundle &read, PluginLoadReport &report);
     bool initialize(std::unique_ptr<QObject> object, double constructed, PluginLoadReport &report);
+    bool isLeftOut(const QString &path, PluginLoadReport &report) const;
     bool isKeptOut(const Bundle &bundle, PluginLoadReport &report) const;
     void watchView(const Dictionary &record);
     void watchFirstShow(QObject *plugin, QWidget *view);

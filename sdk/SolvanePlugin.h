@@ -18,5 +18,6 @@
 #include "platform/ui/TableViewDataSource.h"
 #include "platform/ui/TableViewModel.h"
 #include "plugin_host/mndCore.h"
+#include "plugin_host/mndLoadReports.h"
 #include "plugin_host/mndPlugin.h"
 #include "plugin_host/mndTheme.h"

@@ -1,5 +1,6 @@
 #include "SupportView.h"
 
+#include "NotLoadedCard.h"
 #include "SentFacts.h"
 #include "VersionList.h"
 
@@ -113,6 +114,11 @@ SupportView::SupportView(mndCore *core, const QString &bundlePath)
     m_sentPlace = new QVBoxLayout;
     m_sentPlace->setContentsMargins(0, 0, 0, 0);
     column->addLayout(m_sentPlace);
+    m_notLoaded = new NotLoadedCard(core, m_texts);
+    m_notLoadedPlace = new QVBoxLayout;
+    m_notLoadedPlace->setContentsMargins(0, 0, 0, 0);
+    m_notLoadedPlace->addWidget(m_notLoaded);
+    column->addLayout(m_notLoadedPlace);
     column->addSpacing(24);
     column->addLayout(makeVersionsHeading());
     column->addSpacing(8);
@@ -199,6 +205,8 @@ QLayout *SupportView::makeVersionsHeading()
 
 void SupportView::refresh()
 {
+    m_notLoaded->refresh();
+    m_notLoadedPlace->setContentsMargins(0, m_notLoaded->isHidden() ? 0 : look::gap, 0, 0);
     const QString added = m_core
         ? m_core->stringByExpandingTildeInPath(u"~/Library/Application Support/Solvane"_s)
         : QString();

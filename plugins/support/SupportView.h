@@ -7,6 +7,7 @@
 #include <QTimer>
 #include <QWidget>
 
+class NotLoadedCard;
 class QLabel;
 class QVBoxLayout;
 class VersionList;
@@ -19,7 +20,7 @@ public:
     /// @param bundlePath this plugin's own bundle; its siblings are listed.
     SupportView(mndCore *core, const QString &bundlePath);
 
-    /// Reads the versions anew.
+    /// Reads the versions anew, and what was not loaded.
     void refresh();
 
     QString versionsText() const;
@@ -39,6 +40,8 @@ private:
     QLabel *m_copied = nullptr;
     QVBoxLayout *m_sentPlace = nullptr;
     QPointer<QWidget> m_sent;
+    NotLoadedCard *m_notLoaded = nullptr;
+    QVBoxLayout *m_notLoadedPlace = nullptr;
     VersionList *m_versions = nullptr;
     QTimer m_copiedTimer;
     BackgroundJobs m_jobs; // last, so that no result arrives at a half-destroyed view

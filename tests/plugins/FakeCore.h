@@ -36,6 +36,7 @@ public:
     int feedbacks = 0;
     bool logging = false;
     QObject *helpers = nullptr;
+    QObject *reports = nullptr;
     QString home;
     QMap<QString, quint64> badges;
     QString osVersion;
@@ -67,7 +68,9 @@ public:
     void sharedObjectRegister(const QString &, QObject *) override { }
     QObject *sharedObject(const QString &name) override
     {
-        return name == QLatin1String("SHARED.HELPERS") ? helpers : nullptr;
+        return name == u"SHARED.HELPERS"_s    ? helpers
+            : name == u"SHARED.LOADREPORTS"_s ? reports
+                                              : nullptr;
     }
     void signalAllPlugins(const Selector &) override { }
     void showMainWindow() override { }

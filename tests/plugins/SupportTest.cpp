@@ -80,6 +80,15 @@ public:
     Q_INVOKABLE void open(const QUrl &address) { opened << address.toString(); }
 };
 
+struct Reports : QObject, mndLoadReports
+{
+    Q_OBJECT
+    Q_INTERFACES(mndLoadReports)
+public:
+    QList<Report> reports;
+    QList<Report> notLoaded() override { return reports; }
+};
+
 TEST(BundleVersions, ReadWhatCanBeRead)
 {
     const Bundles bundles;
@@ -142,6 +151,30 @@ TEST(SupportView, LeadsToTheHelpPageAndToFeedback)
     for (auto text = core.texts.cbegin(); text != core.texts.cend(); ++text)
         EXPECT_TRUE(text.key().startsWith(u"SZ_SUPPORT_"_s) || text.key() == u"SZ_TITLE"_s
                     || text.key().startsWith(u"SZ_EXTENDED_LOGGING"_s));
+}
+
+TEST(SupportView, NamesWhatWasNotLoaded)
+{
+    FakeCore core;
+    Reports reports;
+    core.reports = &reports;
+    SupportView view(&core, u"/nowhere/Support.bundle"_s);
+    const auto named = [&view] {
+        QStringList names;
+        for (const auto *label : view.findChildren<QLabel *>())
+            names << label->accessibleName();
+        return names.filter(u": ["_s).join(u'|');
+    };
+    view.refresh();
+    EXPECT_EQ(named(), u""_s);
+    reports.reports = {{u"/a/<b>One.bundle"_s, mndLoadReports::Refused, u"for host API 7"_s},
+                       {u"/a/Two.bundle"_s, mndLoadReports::LeftOutOfThisRun, u"as asked"_s},
+                       {u"/a/Three.bundle"_s, mndLoadReports::LeftOutAfterCrash, {}}};
+    view.refresh();
+    view.refresh();
+    EXPECT_EQ(named(),
+              u"<b>One: [Refused: for host API 7]|Two: [Left out of this run]|"
+              "Three: [Left out, because Solvane did not end as it should]"_s);
 }
 
 TEST(SupportView, ShowsWhatFeedbackSendsBeforeItDoes)

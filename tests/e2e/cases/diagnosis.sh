@@ -171,3 +171,25 @@ test_checks_several_bundles_and_a_new_build_of_an_installed_one() {
     ((status == 1)) || fail "status $status: $lines"
     (($(wc -l <<<"$lines") == 2)) || fail "not a line for each: $lines"
 }
+
+test_prints_what_plugins_do_wrong_when_asked() {
+    local line
+    install_plugins Misbehaves ReturnsNil
+    export SOLVANE_FIXTURE_HARM="wrong calls"
+    start_shown --debug
+    for line in 'showPlugin: no plugin has the id "plugin.nobody"' 'endModalSheet: ends more sheets .*' \
+        'beginModalSheet: dropped: .*' 'newFactoryInstance: no class is named "NoClass"' \
+        'pluginSetBadge:value: is for the main thread' 'onAllPluginsLoaded of .*: thrown on purpose' \
+        'keeps the main loop waiting for more than 50 ms'; do
+        expect "$line" grep -qx "solvane: debug: plugin.fixture.Misbehaves: $line" "$HOME/output"
+    done
+    grep -q '^solvane: debug: ReturnsNil: refused: ' "$HOME/output" || fail "the refused bundle"
+    # What was refused is told on the page, too.
+    click "tree item" Support
+    expect "the refused bundle" shows label "ReturnsNil: Refused: .*"
+    quit
+    : >"$HOME/output"
+    start_shown
+    quit
+    [[ ! -s $HOME/output ]] || fail "it is not silent"
+}

@@ -6,17 +6,33 @@ crumb() { printf '%s' "$HOME/.local/state/Solvane/plugin-in-progress"; }
 # expect_question NAME ANSWER - the alert of the start, answered.
 expect_question() {
     start
-    expect "the question" shows label "Solvane ended unexpectedly while the plugin .*$1.* was .*"
+    expect "the question" shows label "Solvane did not end as it should, and the plugin .*$1.* was .*"
     click "push button" "$2"
-    expect_shown
 }
 
 test_leaves_out_a_plugin_that_crashes_while_it_is_loaded() {
     install_plugins CrashesInInitialize Good
     start
     expect_end 134
+    # The safe answer is to try it again, and safe mode if that goes wrong, too.
+    start
+    expect "the question" shows "push button" "Leave out"
+    xdotool key Return
+    expect_end 134
+    start
+    expect "the question" shows "push button" "Leave out"
+    xdotool key Return
+    expect "the offer" shows "push button" "Start normally"
+    xdotool key Return
+    expect_shown
+    shows_not "tree item" Good || fail "it is no safe mode"
+    kill -KILL "$pid"
+    expect_end 137
+    start
+    expect_end 134
 
     expect_question CrashesInInitialize "Leave out"
+    expect_shown
     expect "the other plugin" shows "tree item" Good
     xdotool windowactivate "$(window)"
     expect "the main window in front" has_focus
@@ -25,9 +41,21 @@ test_leaves_out_a_plugin_that_crashes_while_it_is_loaded() {
 
     # The answer lasts, and the list tells of it.
     start_shown
-    quit
     env -u DISPLAY "$solvane" --list-plugins 2>/dev/null |
         grep -q '^left out: .*/CrashesInInitialize.bundle: ' || fail "the list does not tell"
+    # It can be taken back from the menu, and a new build is tried, too.
+    click "menu item" Help
+    click "menu item" "Left-out plugins"
+    click "menu item" "Start .CrashesInInitialize. again"
+    expect "the confirmation" shows label ".*CrashesInInitialize.* is started again the next time .*"
+    xdotool key Return
+    expect "the confirmation to close" shows_not label ".*CrashesInInitialize.* is started again .*"
+    quit
+    start
+    expect_end 134
+    expect_question CrashesInInitialize "Leave out"
+    expect_shown
+    quit
     touch "$plugins/CrashesInInitialize.bundle/Contents/MacOS/CrashesInInitialize.so"
     start
     expect_end 134
@@ -39,6 +67,7 @@ test_leaves_out_a_plugin_that_crashes_when_all_are_loaded() {
     expect_end 134
     # Not the page that was about to show.
     expect_question CrashesWhenAllAreLoaded "Leave out"
+    expect_shown
     quit
 }
 
@@ -49,9 +78,59 @@ test_takes_no_answer_from_a_session_that_ends() {
     start
     expect "the question" shows "push button" "Leave out"
     kill "$pid"
-    # Loading it is what the rest of the start does.
-    expect "the program to end" is_gone
+    expect_end 0
     ! grep -qs leftOut "$settings" || fail "nobody answered"
+    expect_question CrashesInInitialize "Leave out"
+    expect_shown
+    quit
+}
+
+# ends HARM STATUS - of the run in which the plugin does that, and who is asked about.
+ends() {
+    export SOLVANE_FIXTURE_HARM=$1
+    start
+    case $1 in
+        loop)
+            expect "the loop" grep -q "in a loop" "$HOME/output"
+            kill "$pid"
+            ;;
+        *end)
+            expect_shown
+            xdotool key ctrl+q
+            ;;
+    esac
+    expect_end "$2"
+    SOLVANE_FIXTURE_HARM=none expect_question Misbehaves "Start again"
+    expect_shown
+    quit
+}
+
+test_asks_about_the_plugin_whose_code_it_was() {
+    # Loaded later, and shown, when the thread of the first one throws.
+    install_plugins Misbehaves NamedByFolder:Cleaning-Zeta NamedByFolder:Cleaning-Zoe
+    ends thread 134
+    ends "toolkit's thread" 134
+    ends "null call" 139
+    ends recursion 139
+    ends exit 3
+    ends loop 0
+    ends "crash at the end" 134
+    ends "hang at the end" 0
+}
+
+test_ends_at_once_without_its_display() {
+    local number
+    mkfifo "$HOME/display"
+    exec 5<>"$HOME/display"
+    Xvfb -displayfd 5 -screen 0 800x600x24 -nolisten tcp -noreset >"$HOME/xvfb" 2>&1 &
+    local server=$!
+    read -r -t 20 number <&5
+    install_plugins NamedByFolder:Cleaning-Alpha
+    DISPLAY=:$number start
+    expect "the plugins" grep -q onAllPluginsLoaded "$SOLVANE_FIXTURE_NOTES"
+    kill -KILL "$server"
+    expect_end 1
+    [[ ! -s $(crumb) ]] || fail "it is nobody's fault"
 }
 
 test_asks_again_about_a_plugin_that_crashes_when_it_is_shown() {
@@ -61,12 +140,14 @@ test_asks_again_about_a_plugin_that_crashes_when_it_is_shown() {
     expect_end 134
 
     expect_question CrashesOnShow "Start again"
+    expect_shown
     click "tree item" Crashing
     expect_end 134
 
     start --safe-mode
     expect "the question" shows "push button" "Leave out"
     xdotool key Return
+    # Nobody offers what is there already.
     expect "the sidebar's headings" shows "tree item" Cleaning
     shows_not "tree item" Crashing || fail "it shows in safe mode"
     kill "$pid"
