@@ -103,6 +103,18 @@ void alignToLayout(QLabel *label)
                         | Qt::AlignAbsolute | Qt::AlignVCenter);
 }
 
+QLabel *makeText(const QString &text, const QColor &color)
+{
+    auto *label = new QLabel;
+    // Before the text comes: what looks like rich text would be read as such.
+    label->setTextFormat(Qt::PlainText);
+    label->setText(text);
+    label->setWordWrap(true);
+    label->setAlignment(Qt::AlignLeading | Qt::AlignTop);
+    setTextColor(label, color);
+    return label;
+}
+
 void paintWhite(QWidget *widget)
 {
     QPalette palette = widget->palette();

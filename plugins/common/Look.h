@@ -37,6 +37,8 @@ void whenPolished(QWidget *widget, std::function<void()> doIt);
 void setTextColor(QWidget *widget, const QColor &color);
 /// Where lines of the window begin, whatever language the text is in: a label goes by its text.
 void alignToLayout(QLabel *label);
+/// A label of plain text that may take several lines.
+QLabel *makeText(const QString &text, const QColor &color);
 /// Makes the widget paint a plain white background.
 void paintWhite(QWidget *widget);
 

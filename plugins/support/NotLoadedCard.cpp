@@ -10,17 +10,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QLabel *makeText(const QString &text, const QColor &color)
-{
-    auto *label = new QLabel;
-    label->setTextFormat(Qt::PlainText);
-    label->setText(text);
-    label->setWordWrap(true);
-    label->setAlignment(Qt::AlignLeading | Qt::AlignTop);
-    look::setTextColor(label, color);
-    return label;
-}
-
 QString why(const mndLoadReports::Report &report, const Texts &texts)
 {
     switch (report.reason) {
@@ -64,16 +53,16 @@ void NotLoadedCard::refresh()
     if (notLoaded.isEmpty())
         return;
     m_grid->addWidget(
-        makeText(m_texts(u"SZ_SUPPORT_NOT_LOADED"_s, u"Plugins that were not loaded"_s),
-                 look::secondaryText),
+        look::makeText(m_texts(u"SZ_SUPPORT_NOT_LOADED"_s, u"Plugins that were not loaded"_s),
+                       look::secondaryText),
         0, 0, 1, 2);
     int row = 1;
     for (const mndLoadReports::Report &report : notLoaded) {
         const QString name = QFileInfo(report.path).completeBaseName();
-        auto *reason = makeText(why(report, m_texts), look::secondaryText);
+        auto *reason = look::makeText(why(report, m_texts), look::secondaryText);
         reason->setTextInteractionFlags(Qt::TextSelectableByMouse);
         reason->setAccessibleName(u"%1: %2"_s.arg(name, reason->text()));
-        m_grid->addWidget(makeText(name, look::text), row, 0);
+        m_grid->addWidget(look::makeText(name, look::text), row, 0);
         m_grid->addWidget(reason, row, 1);
         ++row;
     }

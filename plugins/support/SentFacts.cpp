@@ -20,16 +20,6 @@ QString applicationFolder()
     return QFileInfo(bundle + u"/Contents/Info.plist"_s).isFile() ? bundle : folder.path();
 }
 
-QLabel *makeText(const QString &text, const QColor &color)
-{
-    auto *label = new QLabel(text);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    label->setAlignment(Qt::AlignLeading | Qt::AlignTop);
-    look::setTextColor(label, color);
-    return label;
-}
-
 } // namespace
 
 std::vector<SentFact> readSentFacts(mndCore *core, const Texts &texts)
@@ -76,19 +66,20 @@ SentFactsCard::SentFactsCard(mndCore *core, const Texts &texts)
     grid->setColumnStretch(0, 2);
     grid->setColumnStretch(1, 3);
     grid->addWidget(
-        makeText(texts(u"SZ_SUPPORT_SENT_INFO"_s,
-                       u"Send feedback opens our feedback page in your browser, with these values "
-                       "in its address. Only “Where Solvane is” can name you, if that is in your "
-                       "home folder. Nothing else is sent."_s),
-                 look::secondaryText),
+        look::makeText(
+            texts(u"SZ_SUPPORT_SENT_INFO"_s,
+                  u"Send feedback opens our feedback page in your browser, with these values "
+                  "in its address. Only “Where Solvane is” can name you, if that is in your "
+                  "home folder. Nothing else is sent."_s),
+            look::secondaryText),
         0, 0, 1, 2);
     for (const SentFact &fact : readSentFacts(core, texts)) {
         const int row = grid->rowCount();
         auto *value =
-            makeText(fact.value.isEmpty() ? u"\u2013"_s : fact.value, look::secondaryText);
+            look::makeText(fact.value.isEmpty() ? u"\u2013"_s : fact.value, look::secondaryText);
         value->setTextInteractionFlags(Qt::TextSelectableByMouse);
         value->setAccessibleName(u"%1: %2"_s.arg(fact.name, value->text()));
-        grid->addWidget(makeText(fact.name, look::text), row, 0);
+        grid->addWidget(look::makeText(fact.name, look::text), row, 0);
         grid->addWidget(value, row, 1);
     }
 }
