@@ -150,7 +150,7 @@ TEST_F(Log, SendsWhatTheDiskRefusesToTheSystemLog)
     QFile::remove(logPath());
     delegate->log(u"kept"_s);
     {
-        const FullDisk full(rlim_t(size()));
+        const FullDisk full{rlim_t(size())};
         expectRefusal("a full disk");
     }
     {
