@@ -20,7 +20,9 @@ QByteArray infoOf(const QByteArray &name, const QByteArray &version)
 /// A hundred bytes whose version can be read, and whose name stands for a million values.
 QByteArray bomb()
 {
-    QList<QByteArray> objects{"\xd2" + references(1, 4), "\x5cCFBundleName",
+    QList<QByteArray> objects{"\xd2" + references(1, 4),
+                              "\x5c"
+                              "CFBundleName",
                               "\x5f\x10\x0f"
                               "CFBundleVersion",
                               "\xa1" + references(5, 1), "\x51\x36"};
@@ -41,7 +43,9 @@ struct Bundles
         const std::pair<QString, QByteArray> bundles[] = {
             {own + u"/Status.bundle"_s, infoOf("Status", "600")},
             {own + u"/network.bundle"_s,
-             binary({"\xd2" + references(1, 4), "\x5cCFBundleName",
+             binary({"\xd2" + references(1, 4),
+                     "\x5c"
+                     "CFBundleName",
                      "\x5f\x10\x0f"
                      "CFBundleVersion",
                      QByteArray("\x6a\0N\0e\0t\0z\0w\0e\0r\0k\0 \0\xfc", 21), "\x51\x37"})},
