@@ -105,8 +105,8 @@ bool mndStringList::saveToFile(const QString &path)
     QByteArray content;
     // A list that cannot be written, or not be read again, must not cost the one that was.
     for (const QString &string : std::as_const(m_Strings).strings()) {
-        content += encoder(string);
-        content += encoder(u"\n"_s);
+        // In one call: the encoder forgets an error with the next one.
+        content += encoder(QString(string + u'\n'));
         if (encoder.hasError() || content.size() > largestFile)
             return false;
     }

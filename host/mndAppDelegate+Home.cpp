@@ -38,11 +38,12 @@ QString mndAppDelegate::getHomeDirectory()
     for (;;) {
         if (mndEdition() == webEdition)
             return systemServices().account->home();
-        const QString stored = systemServices().defaults->value(homeKey()).toString();
-        if (isHomeDirectory(stored))
-            return stored;
+        const auto stored = [] { return systemServices().defaults->value(homeKey()).toString(); };
+        if (isHomeDirectory(stored()))
+            return stored();
         bool goOn = false;
-        MainThread::runAndWait([&] { goOn = askForHomeDirectory(); });
+        // While another thread waited to ask, the user may have answered.
+        MainThread::runAndWait([&] { goOn = isHomeDirectory(stored()) || askForHomeDirectory(); });
         if (!goOn)
             return {};
     }

@@ -73,13 +73,15 @@ QString marked(const QString &title, const QString &designed, Letters &letters)
         std::any_of(title.begin(), title.end(), [](QChar one) { return one.isLetter(); });
     if (!own.isEmpty() || !isForeign)
         return title;
-    const QString suggested = designed + u"ABCDEFGHIJKLMNOPQRSTUVWXYZ"_s;
-    for (const qsizetype position : candidates(suggested)) {
-        if (!letters.take(suggested[position]))
+    QString suggested;
+    for (const qsizetype position : candidates(designed))
+        suggested += designed[position];
+    for (const QChar letter : QString(suggested + u"ABCDEFGHIJKLMNOPQRSTUVWXYZ"_s)) {
+        if (!letters.take(letter))
             continue;
         // Before the dots that say that a question follows.
         const qsizetype end = title.endsWith(u'\u2026') ? title.size() - 1 : title.size();
-        return QString(title).insert(end, u"(&%1)"_s.arg(suggested[position].toUpper()));
+        return QString(title).insert(end, u"(&%1)"_s.arg(letter.toUpper()));
     }
     return title;
 }

@@ -38,6 +38,5 @@ void WindowFrameMemory::store()
     if (geometry == m_stored)
         return;
     m_stored = geometry;
-    systemServices().defaults->setValue(m_key, geometry);
-    systemServices().defaults->synchronize();
+    storeSetting(m_key, geometry);
 }

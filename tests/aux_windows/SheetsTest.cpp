@@ -55,7 +55,7 @@ TEST_F(Sheets, OfThePreferencesTakeTheirTextsFromTheLanguageFile)
         return all.join(u'|');
     };
     EXPECT_EQ(texts(),
-              u"Start Solvane at login|Preferences|Solvane starts by itself each time you log in.|"
+              u"&Start Solvane at login|Preferences|Solvane starts by itself each time you log in.|"
               "Close|Forced delay|How long you have to wait before you can confirm an action that "
               "cannot be undone.|2s|15s"_s)
         << "without a key, as designed";
@@ -74,7 +74,7 @@ TEST_F(Sheets, OfThePreferencesTakeTheirTextsFromTheLanguageFile)
     delegate->applicationDidFinishLaunching();
     services.runScheduled();
     open("miPrefs");
-    EXPECT_EQ(texts(), u"A && B|T|I|C|D|%1|L|M"_s.arg(u"long words "_s.repeated(9).left(90)));
+    EXPECT_EQ(texts(), u"&A && B|T|I|C|D|%1|L|M"_s.arg(u"long words "_s.repeated(9).left(90)));
     EXPECT_EQ(text("lblDelayValue"), u"10!"_s);
     EXPECT_GT(part("lblTitle")->parentWidget()->height(), 330)
         << "as designed: long texts get the room they need";

@@ -30,6 +30,7 @@ TEST_F(Services, AnswerAPluginThatUsesThemAll)
     window->resize(800, 600);
     start({"UsesEverything", "StatusFixture"});
     window->hide();
+    services.recorder.take();
     send("useObjectsAndRow");
     EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(services.recorder.take().join(u'|'),
@@ -62,6 +63,7 @@ TEST_F(Services, SayWhatCouldNotBeStored)
     delegate->saveHomeDirectory(u"/h"_s);
     delegate->saveHomeDirectoryBookmark("b");
     delegate->setExtendedLoggingValue(false);
+    QCoreApplication::processEvents();
     const QStringList said = services.recorder.take();
     for (const QString &key : {u"slv.sandbox.home"_s, u"slv.sandbox.bookmark"_s, u"slvCore.elog"_s})
         EXPECT_TRUE(said.contains(u"syslog The setting %1 could not be written."_s.arg(key)))
