@@ -41,8 +41,8 @@ test_second_launch_brings_the_window_back() {
     launch_again
     expect "the window on the desktop that is seen" desktops_are 2
     expect "the window in front" has_focus
-    wmctrl -s 0
     quit
+    wmctrl -s 0
 }
 
 # desktops_are NUMBER - both the one that is seen and the window's.

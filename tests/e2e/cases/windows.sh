@@ -143,7 +143,7 @@ test_feedback_sends_what_support_shows() {
         "$HOME/addresses"
     xdotool key F1
     expect "the support page" shows "tree item" Support selected
-    click label "Show or hide what is sent"
+    click link "Show or hide what is sent"
     expect "the values" shows label "Mode: PRO"
     sleep 0.3
     import -window root "$pictures/seen-sent.png"

@@ -298,7 +298,8 @@ TEST_F(RealUserDefaultsTest, ReadsAndWritesWhatQtsOwnSettingsDo)
         QStringList keys = qts.allKeys();
         keys.sort();
         EXPECT_EQ(parsed.entries.keys(), keys);
-        // Qt's own take a mark of the byte order before a heading for damage, but read what follows.
+        // Qt's own take a mark of the byte order before a heading for damage, but read what
+        // follows.
         EXPECT_EQ(parsed.isWhole,
                   qts.status() == QSettings::NoError || text.startsWith("\xef\xbb\xbf"));
         for (const QString &key : keys)
