@@ -24,11 +24,19 @@ using MakeObject = QObject *(*)();
 struct Embedded
 {
     explicit Embedded(QByteArrayView note)
-        : map(QCborValue::fromCbor(note.sliced(headerSize).toByteArray()).toMap())
-        , version(quint8(note[1]), quint8(note[2]))
-    { }
+        : version(quint8(note[1]), quint8(note[2]))
+    {
+        QCborParserError error;
+        const QCborValue value =
+            QCborValue::fromCbor(note.sliced(headerSize).toByteArray(), &error);
+        // A map that was cut off may end with a key, and to look into it reads beyond its end.
+        isWhole = error.error == QCborError::NoError && value.isMap();
+        if (isWhole)
+            map = value.toMap();
+    }
 
     static constexpr qsizetype headerSize = 4;
+    bool isWhole = false;
     QCborMap map;
     QVersionNumber version;
 };
@@ -87,6 +95,8 @@ Result<BundleModule::Metadata> BundleModule::readMetadata()
     if (note.size() < Embedded::headerSize)
         return failure(u"it has no metadata of a Qt plugin"_s);
     const Embedded embedded(note);
+    if (!embedded.isWhole)
+        return failure(u"its metadata is damaged"_s);
     Metadata result;
     result.interfaceId = embedded.map.value(interfaceKey).toString();
     result.apiVersion =
