@@ -148,23 +148,44 @@ int diagnose(const CommandLine &commandLine, Application &application)
     return status;
 }
 
+void tellOfWaiting(const PluginModules::Owner &owner)
+{
+    DebugOutput::print(
+        owner.name,
+        u"keeps the main loop waiting for more than %1 ms"_s.arg(MainLoopWatch::longest));
+}
+
+/// What is asked of this program, to the one that runs already. Answers the exit status.
+int passOn(const CommandLine &commandLine, SingleInstance &instance)
+{
+    if (commandLine.isForTheStart())
+        QTextStream(stderr) << "solvane: it is running already; how it starts is decided when it "
+                               "starts the next time\n";
+    if ((commandLine.hidden && commandLine.documents.isEmpty())
+        || instance.passOn(commandLine.documents))
+        return 0;
+    QTextStream(stderr) << "solvane: the running program does not answer\n";
+    return 1;
+}
+
+/// Laid out without being seen, so that what plugins place in it stands right later on.
+void layOutHidden(QWidget &window, mndAppDelegate &delegate)
+{
+    window.setAttribute(Qt::WA_DontShowOnScreen);
+    window.show();
+    window.close();
+    window.setAttribute(Qt::WA_DontShowOnScreen, false);
+    delegate.windowShouldClose(&window);
+}
+
 int run(const CommandLine &commandLine, Application &application)
 {
     for (const QString &document : commandLine.documents)
         QTextStream(stderr) << "solvane: documents are not opened: " << printable(document) << '\n';
     SingleInstance instance(application);
     // A picture is taken of this program, whatever else is running.
-    if (commandLine.snapshot.isNull() && instance.claim() == SingleInstance::Second) {
-        if (commandLine.isForTheStart())
-            QTextStream(stderr)
-                << "solvane: it is running already; how it starts is decided when it "
-                   "starts the next time\n";
-        if ((commandLine.hidden && commandLine.documents.isEmpty())
-            || instance.passOn(commandLine.documents))
-            return 0;
-        QTextStream(stderr) << "solvane: the running program does not answer\n";
-        return 1;
-    }
+    if (commandLine.snapshot.isNull() && instance.claim() == SingleInstance::Second)
+        return passOn(commandLine, instance);
 
     PluginQuarantine quarantine(quarantineOptions(commandLine));
     const TerminationSignals signalsOfTheSystem(
@@ -185,14 +206,8 @@ int run(const CommandLine &commandLine, Application &application)
     delegate.setPluginQuarantine(&quarantine);
     setApplicationDelegate(&delegate);
     window = InterfaceFile::load(u"MainMenu"_s, &delegate);
-    if (commandLine.hidden) {
-        // Laid out without being seen, so that what plugins place in it stands right later on.
-        window->setAttribute(Qt::WA_DontShowOnScreen);
-        window->show();
-        window->close();
-        window->setAttribute(Qt::WA_DontShowOnScreen, false);
-        delegate.windowShouldClose(window.get());
-    }
+    if (commandLine.hidden)
+        layOutHidden(*window, delegate);
     application.finishLaunching();
     end.comeFirst();
     tellUnknownNames(quarantine);
@@ -213,13 +228,8 @@ int run(const CommandLine &commandLine, Application &application)
         });
     }
     std::optional<MainLoopWatch> watch;
-    if (debug) {
-        watch.emplace([](const PluginModules::Owner &owner) {
-            DebugOutput::print(
-                owner.name,
-                u"keeps the main loop waiting for more than %1 ms"_s.arg(MainLoopWatch::longest));
-        });
-    }
+    if (debug)
+        watch.emplace(tellOfWaiting);
     const int status = Application::exec();
     watch.reset();
     CrashWitness::limitEnd(status);

@@ -75,24 +75,23 @@ private:
     {
         Level level = std::move(m_levels.back());
         m_levels.pop_back();
-        QVariant value = level.isObject ? QVariant(std::move(level.entries))
-                                        : QVariant(std::move(level.elements));
+        const QVariant value = level.isObject ? QVariant(level.entries) : QVariant(level.elements);
         if (!m_levels.empty())
-            return add(std::move(value));
-        m_root = std::move(value);
+            return add(value);
+        m_root = value;
         return true;
     }
 
     /// False for a value that is in no container.
-    bool add(QVariant value)
+    bool add(const QVariant &value)
     {
         if (m_levels.empty())
             return false;
         Level &level = m_levels.back();
         if (level.isObject)
-            level.entries.insert(level.key, std::move(value));
+            level.entries.insert(level.key, value);
         else
-            level.elements.append(std::move(value));
+            level.elements.append(value);
         return true;
     }
 

@@ -25,9 +25,9 @@ struct Breadcrumb
 namespace CrashWitness {
 
 /// Begins to watch, or goes on with another place to write to. Main thread.
-/// @param crumb where to write; null where nothing lies on disk any more.
-/// @param file made for what is still to be told while there is no crumb; empty for never.
-void watch(Breadcrumb *crumb, const QByteArray &file);
+/// @param place where to write; null where nothing lies on disk any more.
+/// @param file made for what is still to be told while there is no place; empty for never.
+void watch(Breadcrumb *place, const QByteArray &file);
 
 /// From here on the main thread has this long to come to its end. Then whoever it is stuck in is
 /// written down and the process ends at once, with the status. A further call starts anew. Main

@@ -61,11 +61,11 @@ QByteArrayView ElfFile::note(QByteArrayView file, QByteArrayView owner, quint32 
         for (std::size_t at = 0; at + start <= segment.p_filesz; at += 4) {
             Elf64_Nhdr header{};
             std::memcpy(&header, notes.data() + at, sizeof header);
+            const char *name = notes.data() + at + sizeof header;
             if (header.n_type == type && header.n_namesz == static_cast<quint64>(owner.size())
                 && header.n_descsz <= segment.p_filesz - at - start
-                && notes.sliced(static_cast<qsizetype>(at + sizeof header), owner.size()) == owner)
-                return notes.sliced(static_cast<qsizetype>(at + start),
-                                    static_cast<qsizetype>(header.n_descsz));
+                && QByteArrayView(name, owner.size()) == owner)
+                return {notes.data() + at + start, static_cast<qsizetype>(header.n_descsz)};
         }
     }
     return {};

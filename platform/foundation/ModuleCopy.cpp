@@ -85,7 +85,7 @@ ModuleCopy::ModuleCopy(ModuleCopy &&other) noexcept
     : m_file(std::move(other.m_file))
     , m_bytes(std::exchange(other.m_bytes, nullptr))
     , m_size(std::exchange(other.m_size, 0))
-    , m_original(other.m_original)
+    , m_original(std::move(other.m_original))
 { }
 
 ModuleCopy &ModuleCopy::operator=(ModuleCopy &&other) noexcept

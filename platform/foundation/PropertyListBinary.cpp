@@ -140,45 +140,52 @@ private:
         result.valid = result.type == Simple || count <= room;
         if (!result.valid)
             return result;
-        switch (result.type) {
-        case Simple:
-            result.valid = count == 8 || count == 9; // false and true; null is no value
-            break;
-        case Integer:
-            result.valid = count <= 4;
-            result.payload = quint64(1) << count;
-            break;
-        case Real:
-            result.valid = count == 2 || count == 3;
-            result.payload = quint64(1) << count;
-            break;
-        case Moment:
-            result.valid = count == 3;
-            result.payload = 8;
-            break;
-        case Utf16:
-            result.payload = 2 * count;
-            break;
-        case Uid:
-            result.payload = count + 1;
-            break;
-        case Data:
-        case Ascii:
-            result.payload = count;
-            break;
-        case Array:
-            result.references = count;
-            break;
-        case Dictionary:
-            result.references = 2 * count;
-            result.keys = count;
-            break;
-        default:
-            result.valid = false;
-        }
+        measure(result);
         result.valid = result.valid && result.payload <= room
             && result.references <= room / m_referenceSize && fitsNumber(result);
         return result;
+    }
+
+    /// What the object's count means, by its type.
+    static void measure(Object &object)
+    {
+        const quint64 count = object.count;
+        switch (object.type) {
+        case Simple:
+            object.valid = count == 8 || count == 9; // false and true; null is no value
+            break;
+        case Integer:
+            object.valid = count <= 4;
+            object.payload = quint64(1) << count;
+            break;
+        case Real:
+            object.valid = count == 2 || count == 3;
+            object.payload = quint64(1) << count;
+            break;
+        case Moment:
+            object.valid = count == 3;
+            object.payload = 8;
+            break;
+        case Utf16:
+            object.payload = 2 * count;
+            break;
+        case Uid:
+            object.payload = count + 1;
+            break;
+        case Data:
+        case Ascii:
+            object.payload = count;
+            break;
+        case Array:
+            object.references = count;
+            break;
+        case Dictionary:
+            object.references = 2 * count;
+            object.keys = count;
+            break;
+        default:
+            object.valid = false;
+        }
     }
 
     /// Sixteen bytes are for integers above the range of eight, which are signed.

@@ -247,9 +247,9 @@ private:
         }
         QVariant value;
         if (level.kind == Kind::Dictionary) {
-            value = std::move(level.pairs);
+            value = level.pairs;
         } else if (level.kind == Kind::Array) {
-            value = std::move(level.list);
+            value = level.list;
         } else {
             value = leafValue(level.kind, m_text);
             if (!value.isValid()) {
@@ -262,22 +262,22 @@ private:
             }
             m_text.truncate(0);
         }
-        add(std::move(value), level.kind == Kind::Key);
+        add(value, level.kind == Kind::Key);
     }
 
-    void add(QVariant value, bool isKey)
+    void add(const QVariant &value, bool isKey)
     {
         if (m_levels.empty() || m_levels.back().kind == Kind::Root) {
-            m_root = std::move(value);
+            m_root = value;
             return;
         }
         Level &level = m_levels.back();
         if (isKey)
             level.key = value.toString();
         else if (level.kind == Kind::Dictionary)
-            level.pairs.insert(level.key, std::move(value));
+            level.pairs.insert(level.key, value);
         else
-            level.list.append(std::move(value));
+            level.list.append(value);
         level.hasKey = isKey;
     }
 };
