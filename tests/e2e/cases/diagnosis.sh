@@ -191,5 +191,6 @@ test_prints_what_plugins_do_wrong_when_asked() {
     : >"$HOME/output"
     start_shown
     quit
-    [[ ! -s $HOME/output ]] || fail "it is not silent"
+    # Qt's own bridge to assistive technology may have a word of its own.
+    ! grep -v 'qt.accessibility' "$HOME/output" || fail "it is not silent"
 }
