@@ -4,6 +4,8 @@
 #include "platform/ui/ProgressIndicator.h"
 #include "plugin_host/mndPlugins.h"
 
+#include <QLayout>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -20,6 +22,11 @@ quint64 leadingNumber(const QString &text)
     while (end < text.size() && text[end] >= u'0' && text[end] <= u'9')
         ++end;
     return QStringView(text).first(end).toULongLong();
+}
+
+QList<ProgressIndicator *> spinnersOf(const PXSourceList &list)
+{
+    return list.viewport()->findChildren<ProgressIndicator *>(Qt::FindDirectChildrenOnly);
 }
 
 } // namespace
@@ -229,6 +236,9 @@ void mndAppDelegate::_setBadge(const QString &heading, const QString &title, qui
     if (SourceListItem *item = SidebarTree::findItem(sourceListItems, heading, title))
         item->badgeValue = static_cast<qint64>(value);
     setSidebarNeedsDisplay();
+    // To measure every title takes its time, and plugins count up quickly.
+    if (m_isSidebarToBeFitted.exchange(true))
+        return;
     MainThread::runLater([self = QPointer(this)] {
         if (self)
             self->fitSidebar();
@@ -238,12 +248,20 @@ void mndAppDelegate::_setBadge(const QString &heading, const QString &title, qui
 /// As wide as the interface file says, unless a number would take all the room of its title.
 void mndAppDelegate::fitSidebar()
 {
+    m_isSidebarToBeFitted = false;
     QWidget *sidebar = sourceList ? sourceList->parentWidget() : nullptr;
     if (!sidebar)
         return;
     if (m_sidebarWidth == 0)
         m_sidebarWidth = sidebar->minimumWidth();
+    const int before = sourceList->viewport()->width();
     sidebar->setFixedWidth(std::max(m_sidebarWidth, sourceList->widthForBadges()));
+    if (sidebar->parentWidget() && sidebar->parentWidget()->layout())
+        sidebar->parentWidget()->layout()->activate();
+    // They are found by their place, of which no plugin knows that another's number has moved it.
+    const int wider = sourceList->isRightToLeft() ? 0 : sourceList->viewport()->width() - before;
+    for (ProgressIndicator *spinner : spinnersOf(*sourceList))
+        spinner->move(spinner->x() + wider, spinner->y());
 }
 
 void mndAppDelegate::pluginSetIcon(const QString &id, const QImage &icon)
@@ -328,8 +346,7 @@ void mndAppDelegate::_pluginSetProcessing(const QString &heading, const QString 
     const QRect frame = QRectF(left, cell.top(), cell.height(), cell.height()).toRect();
     // A spinner is known by its frame alone: after the sidebar has changed its size a row gets a
     // new one, and the old one stays where it was.
-    const auto existing =
-        sourceList->viewport()->findChildren<ProgressIndicator *>(Qt::FindDirectChildrenOnly);
+    const auto existing = spinnersOf(*sourceList);
     const auto found = std::find_if(existing.begin(), existing.end(), [&](const QWidget *spinner) {
         return spinner->geometry() == frame;
     });

@@ -236,6 +236,7 @@ private:
     /// What was asked of spinners before the sidebar had its place; nothing once it has.
     std::optional<QList<QVariantList>> m_earlySpinners = QList<QVariantList>();
     int m_sidebarWidth = 0; ///< as the interface file has it; 0 before it was read
+    std::atomic<bool> m_isSidebarToBeFitted = false;
     QPointer<QWidget> _title;
     QPointer<QMenu> m_leftOutMenu;
     std::unique_ptr<Welcome> _welcome;

@@ -250,6 +250,14 @@ TEST_F(Navigation, SpinsOneSpinnerForARowAndFrame)
     delegate->pluginSetProcessing(hidden, true);
     EXPECT_EQ(spinners().size(), 1) << "a plugin without a row has none";
 
+    for (const quint64 number : {quint64(1) << 63, ~quint64(0)}) {
+        delegate->pluginSetBadge(status, number);
+        QCoreApplication::processEvents();
+        delegate->pluginSetProcessing(good, number != ~quint64(0));
+        ASSERT_EQ(spinners().size(), 1) << "another one's number moved its place";
+    }
+    delegate->pluginSetProcessing(good, true);
+
     const int before = list()->viewport()->width();
     list()->parentWidget()->setFixedWidth(300);
     ASSERT_SOON(list()->viewport()->width() != before);
