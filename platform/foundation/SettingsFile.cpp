@@ -68,7 +68,7 @@ QString keepDamaged(const QString &path, const QByteArray &content)
     QString kept = path + u".damaged"_s;
     for (int number = 2; QFile::exists(kept); ++number)
         kept = path + u".damaged-%1"_s.arg(number);
-    const std::error_code error = replaceFile(kept, content);
+    const std::error_code error = replaceFile(kept, content, 0600);
     return error ? qt_error_string(error.value()) : QString();
 }
 

@@ -1,5 +1,7 @@
 #include "platform/foundation/SettingsValue.h"
 
+#include "platform/foundation/Utf8.h"
+
 #include <QDataStream>
 #include <QIODevice>
 #include <QLocale>
@@ -138,7 +140,7 @@ class EntryReader
 {
 public:
     explicit EntryReader(const QByteArray &entry)
-        : m_text(QString::fromUtf8(entry))
+        : m_text(textFromUtf8(entry))
     { }
 
     /// One for each comma outside of quotes, and one more.

@@ -72,6 +72,7 @@ TEST_F(RealUserDefaultsTest, KeepsValuesAndTheirTypesAcrossARestart)
         {u"tag-like"_s, u"int:12"_s},
         {u"tag-only"_s, u"bool:"_s},
         {u"empty"_s, u""_s},
+        {u"marked"_s, u"\ufeffa"_s},
         {u"bytes"_s, QByteArray("\0\xff,", 3)},
         {u"none"_s, QStringList()},
         {u"one"_s, QStringList(u"de"_s)},
@@ -412,6 +413,8 @@ TEST_F(RealUserDefaultsTest, KeepsWhatItDoesNotUnderstand)
     EXPECT_TRUE(content().contains("a=int:1\nb=bool:true\nhand=true\nint=int:x\n"));
     EXPECT_EQ(fileContent(m_path + u".damaged"_s), "of another time");
     EXPECT_EQ(fileContent(m_path + u".damaged-2"_s), damaged);
+    EXPECT_FALSE(QFile::permissions(m_path + u".damaged-2"_s)
+                 & (QFile::ReadGroup | QFile::ReadOther));
 }
 
 TEST_F(RealUserDefaultsTest, IsReadFromAnyThreadWhileItChanges)
