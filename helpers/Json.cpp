@@ -100,78 +100,86 @@ private:
 };
 
 /// Walks the values itself, in place of a second tree made of them for the library, whose writer
-/// knows no limit of depth.
+/// knows no limit of depth. Without recursion: threads of plugins may have small stacks.
 class Writer
 {
 public:
     bool write(const QVariant &value)
     {
-        if (isContainer(value.typeId())) {
-            if (++m_depth > Json::depthLimit)
-                return false;
-            const bool ok = writeContainer(value);
-            --m_depth;
-            return ok;
+        bool ok = writeOne(value);
+        while (ok && !m_levels.empty()) {
+            Level &level = m_levels.back();
+            if (level.next == level.values.size()) {
+                m_text += level.isObject ? '}' : ']';
+                m_levels.pop_back();
+                continue;
+            }
+            if (level.next > 0)
+                m_text += ',';
+            if (level.isObject)
+                ok = writeString(level.keys.at(level.next)) && writePlain(":");
+            const QVariant next = level.values.at(level.next++); // a new level moves the others
+            ok = ok && writeOne(next);
         }
-        return writeLeaf(value);
+        return ok;
     }
 
     const QByteArray &text() const { return m_text; }
 
 private:
-    bool writeContainer(const QVariant &value)
+    struct Level
     {
+        bool isObject;
+        QStringList keys; ///< of an object
+        QVariantList values;
+        qsizetype next = 0;
+    };
+
+    bool open(const Level &level)
+    {
+        if (m_levels.size() == std::size_t(Json::depthLimit))
+            return false;
+        m_text += level.isObject ? '{' : '[';
+        m_levels.push_back(level);
+        return true;
+    }
+
+    bool openObject(const QVariantMap &entries)
+    {
+        return open({true, entries.keys(), entries.values()});
+    }
+
+    bool openArray(const QVariantList &elements) { return open({false, {}, elements}); }
+
+    /// All of a leaf, or the beginning of a container.
+    bool writeOne(const QVariant &value)
+    {
+        if (!isContainer(value.typeId()))
+            return writeLeaf(value);
+        QVariantMap entries;
         switch (value.typeId()) {
         case QMetaType::QVariantMap:
-            return writeObject(value.toMap());
+            return openObject(value.toMap());
         case QMetaType::QVariantHash: {
             const QVariantHash hash = value.toHash();
-            QVariantMap sorted;
             for (auto entry = hash.cbegin(); entry != hash.cend(); ++entry)
-                sorted.insert(entry.key(), entry.value());
-            return writeObject(sorted);
+                entries.insert(entry.key(), entry.value());
+            return openObject(entries);
         }
         case QMetaType::QVariantList:
-            return writeArray(value.toList());
         case QMetaType::QStringList:
-            return writeArray(value.toStringList());
+            return openArray(value.toList());
         default:
             break;
         }
         if (value.typeId() == qMetaTypeId<StringArray>())
-            return writeArray(value.value<StringArray>().strings());
+            return openArray(QVariant(value.value<StringArray>().strings()).toList());
         const auto dictionary = value.value<Dictionary>();
         if (dictionary.isAbsent())
             return writePlain("null");
-        QVariantMap entries;
         for (const QString &key : dictionary.keys())
             entries.insert(key, dictionary.value(key));
-        return writeObject(entries);
-    }
-
-    bool writeObject(const QVariantMap &entries)
-    {
-        char separator = '{';
-        for (auto entry = entries.cbegin(); entry != entries.cend(); ++entry) {
-            m_text += separator;
-            separator = ',';
-            if (!writeString(entry.key()) || !writePlain(":") || !write(entry.value()))
-                return false;
-        }
-        return writePlain(entries.isEmpty() ? "{}" : "}");
-    }
-
-    template <typename List>
-    bool writeArray(const List &elements)
-    {
-        char separator = '[';
-        for (const auto &element : elements) {
-            m_text += separator;
-            separator = ',';
-            if (!write(element))
-                return false;
-        }
-        return writePlain(elements.isEmpty() ? "[]" : "]");
+        return openObject(entries);
     }
 
     bool writeLeaf(const QVariant &value)
@@ -228,7 +236,7 @@ private:
     }
 
     QByteArray m_text;
-    int m_depth = 0;
+    std::vector<Level> m_levels;
 };
 
 } // namespace

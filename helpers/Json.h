@@ -10,11 +10,12 @@ namespace Json {
 constexpr int depthLimit = 512;
 
 /// An array as QVariantList or an object as QVariantMap; invalid for any other text, however small
-/// its fault: the grammar is kept to the letter. Texts are QString, true and false bool, null
-/// QVariant::fromValue(nullptr). Numbers written without a fraction and an exponent are qlonglong,
-/// above its range qulonglong, beyond 64 bits double, as are all others; those too small for a
-/// double are 0. A number too large for one is a fault, as is half a surrogate pair, written or
-/// escaped. A key given twice has its last value.
+/// its fault: the grammar is kept to the letter. A byte order mark before it is passed over (8.1).
+///
+/// Texts are QString, true and false bool, null QVariant::fromValue(nullptr). Numbers written
+/// without a fraction and an exponent are qlonglong, above its range qulonglong, beyond 64 bits
+/// double, as are all others; those too small for a double are 0. A number too large for one is a
+/// fault, as is half a surrogate pair, written or escaped. A key given twice has its last value.
 QVariant decoded(const QString &text);
 
 /// Compact text of an array (QVariantList, QStringList, StringArray) or an object (QVariantMap,
