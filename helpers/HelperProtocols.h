@@ -45,7 +45,7 @@ public:
     /// or a link itself. False when it could not be written, when an entry is no Unicode, and when
     /// there would be more than 128 MiB; then the file stays as it was. In a folder that takes no
     /// new entries the file itself is written over: only a disk that fails in the middle of that
-    /// leaves half of it.
+    /// leaves half of it. Waits for the disk.
     virtual bool saveToFile(const QString &path) = 0;
     /// Replaces the entries; what was saved comes back with one empty entry more. False for a
     /// missing file, which changes nothing, and for one that is unreadable, no UTF-8, or larger

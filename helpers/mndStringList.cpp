@@ -127,7 +127,7 @@ bool mndStringList::loadFromFile(const QString &path)
     const QString text = decoder(content.value_or(QByteArray()));
     if (!content || decoder.hasError())
         return false;
-    for (const QStringView piece : QStringView(text).split(u'\n'))
+    for (const QStringView piece : QStringView(text).tokenize(u'\n'))
         addString(piece.isEmpty() ? u""_s : piece.toString());
     return true;
 }
