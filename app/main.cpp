@@ -35,6 +35,8 @@
 #include <QTextStream>
 #include <QTimer>
 
+#include <tuple>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -232,6 +234,9 @@ int run(const CommandLine &commandLine, Application &application)
         watch.emplace(tellOfWaiting);
     const int status = Application::exec();
     watch.reset();
+    // A slow disk is waited for: it is no plugin's fault, and what the user has set would be lost.
+    CrashWitness::suspendLimit();
+    std::ignore = systemServices().defaults->synchronize();
     CrashWitness::limitEnd(status);
     MainThread::close();
     return status;

@@ -144,13 +144,6 @@ void onEndTooLong(int, siginfo_t *, void *)
     ::_exit(endStatus);
 }
 
-void stopLimit()
-{
-    const itimerspec never{{0, 0}, {0, 0}};
-    if (endTimer)
-        ::timer_settime(*endTimer, 0, &never, nullptr);
-}
-
 void giveMainThreadAStack()
 {
     // The frames of several look-ups, and room for what newer processors put beside them.
@@ -169,7 +162,7 @@ void CrashWitness::watch(Breadcrumb *place, const QByteArray &file)
         giveMainThreadAStack();
         // After whatever is loaded from here on has gone: what the rest of the end takes is
         // nobody's fault.
-        std::atexit(stopLimit);
+        std::atexit(suspendLimit);
         // What the unwinder does once, it does now.
         PluginModules::onThisStack();
         struct sigaction action = {};
@@ -213,6 +206,13 @@ void CrashWitness::extendEnd()
     const itimerspec once{{0, 0}, longestEnd};
     if (endTimer)
         ::timer_settime(*endTimer, 0, &once, nullptr);
+}
+
+void CrashWitness::suspendLimit()
+{
+    const itimerspec never{{0, 0}, {0, 0}};
+    if (endTimer)
+        ::timer_settime(*endTimer, 0, &never, nullptr);
 }
 
 void CrashWitness::noteThrow() noexcept

@@ -35,6 +35,8 @@ void watch(Breadcrumb *place, const QByteArray &file);
 void limitEnd(int status);
 /// Gives it the whole time again, if it is limited.
 void extendEnd();
+/// Takes the limit away, until the next limitEnd().
+void suspendLimit();
 
 /// The calling thread is about to throw. What ends the process because nobody was to catch it may
 /// have let go of the frames by then. Any thread.

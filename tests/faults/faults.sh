@@ -91,6 +91,16 @@ disk() {
     printf '    met %d times: %s\n' "$(wc -l <"$met")" "$(cut -d' ' -f1 "$met" | sort | uniq -c | xargs)"
 }
 
+# What is set last reaches a disk that takes longer than plugins get for their end.
+slow_disk() {
+    prepare
+    LD_PRELOAD=$shim SOLVANE_SLOW_SYNC=6 SOLVANE_FAULT_BELOW=$HOME start
+    use_it
+    quit
+    grep -q '^slvCore.window=' "$settings" || fail "the window's place is lost: $(cat "$settings")"
+    expect_whole
+}
+
 # --- Other faults --------------------------------------------------------------------------------
 
 # ends_well_or_works - the sidebar works, or there was a message and a status of its own.
@@ -243,6 +253,7 @@ add_disk_faults() {
 
 if [[ $SOLVANE_E2E_LONG ]]; then
     add_disk_faults
+    add_fault slow_disk
     add_fault few_descriptors_from_the_start {4..40} # with 3 no library can be loaded
 else
     add_fault disk ENOSPC all new

@@ -5,6 +5,7 @@
 ///     SOLVANE_FAULT_BELOW  folders whose files it is about, separated by ":"
 ///     SOLVANE_FAULT_WHILE  a file: there are faults while it exists
 ///     SOLVANE_FAULT_MET    a file that gets a line for each call that failed
+///     SOLVANE_SLOW_SYNC    seconds that it takes to have a file below them reach the disk
 ///     SOLVANE_CLOCK_JUMPS  hours that the time of day is off, forwards and backwards by turns
 ///
 /// A full disk takes half of what is written, then nothing, and lets what is there be replaced.
@@ -42,6 +43,7 @@ struct Settings
     std::string below = ":" + setting("SOLVANE_FAULT_BELOW") + ":";
     std::string trigger = setting("SOLVANE_FAULT_WHILE");
     std::string met = setting("SOLVANE_FAULT_MET");
+    unsigned slow = unsigned(std::atoi(setting("SOLVANE_SLOW_SYNC").c_str()));
     time_t jump = std::atoi(setting("SOLVANE_CLOCK_JUMPS").c_str()) * 3600L;
 };
 
@@ -91,6 +93,8 @@ bool fails(const char *call, const std::string &path)
         return calls->meet(call, path);
     const Settings &with = settings();
     const int before = errno;
+    if (with.slow != 0 && std::string(call) == "sync" && isMeant(path))
+        ::sleep(with.slow);
     const bool isFault = with.error != 0 && isMeant(path)
         && with.calls.find(' ' + std::string(call) + ' ') != std::string::npos
         && ::syscall(SYS_access, with.trigger.c_str(), F_OK) == 0;
