@@ -21,7 +21,6 @@ void HistoryChart::addSample(double share)
     setShare(share);
     m_samples.push_back(this->share());
     update(); // the line moves on, even where the share stays
-    update();
 }
 
 void HistoryChart::clear()
