@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QWidget>
+#include <QWindow>
 
 WindowFrameMemory::WindowFrameMemory(QWidget *window, const QString &key)
     : QObject(window)
@@ -16,7 +17,7 @@ WindowFrameMemory::WindowFrameMemory(QWidget *window, const QString &key)
     window->installEventFilter(this);
     connect(qApp, &QCoreApplication::aboutToQuit, this, [this] {
         if (m_window->isVisible())
-            store();
+            keep();
     });
 }
 
@@ -25,15 +26,19 @@ bool WindowFrameMemory::eventFilter(QObject *window, QEvent *event)
     // A window that the window manager takes away, for instance with its desktop, stays where it
     // is.
     if (event->type() == QEvent::Hide && !event->spontaneous())
-        store();
+        keep();
     return QObject::eventFilter(window, event);
 }
 
-void WindowFrameMemory::store()
+void WindowFrameMemory::keep()
 {
     // What is laid out without being seen has no place yet.
     if (m_window->testAttribute(Qt::WA_DontShowOnScreen))
         return;
+    // Shown again it would be centred: to the toolkit, what the user has moved has no place of its
+    // own.
+    if (QWindow *window = m_window->windowHandle())
+        window->setPosition(window->position());
     const QByteArray geometry = m_window->saveGeometry();
     if (geometry == m_stored)
         return;

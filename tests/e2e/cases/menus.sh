@@ -67,13 +67,23 @@ test_open_by_keyboard() {
     quit
 }
 
+# place - "x y width height " of the window without its borders.
+place() { xwininfo -id "$(window)" | awk '/Absolute upper-left|Width|Height/ { printf "%s ", $NF }'; }
+# shellcheck disable=SC2053 # a pattern
+is_at() { [[ $(place) == $1 ]]; }
+
 test_bring_the_closed_window_back() {
+    local placed
     start_shown
+    wmctrl -ir "$(window)" -e 0,40,60,900,600
+    expect "another size" is_at "* 900 600 "
+    placed=$(place)
     expect "no entry to show what shows" shows_not "menu item" "Show main window" enabled
     xdotool key ctrl+h
     expect "the window to hide" has_no_window
     is_running || fail "hiding ended the program"
     "$solvane" >>"$HOME/output" 2>&1
     expect "the window to come back" has_window
+    expect "the window where the user had put it" is_at "$placed"
     quit
 }
