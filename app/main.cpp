@@ -127,6 +127,7 @@ int diagnoseHere(const CommandLine &commandLine, Application &application)
     setApplicationDelegate(&delegate);
     window = InterfaceFile::load(u"MainMenu"_s, &delegate);
     delegate.setPluginLoadObserver(&diagnosis);
+    delegate.setAsksNobody();
     delegate.setPluginQuarantine(&quarantine);
     application.finishLaunching();
     tellUnknownNames(quarantine);

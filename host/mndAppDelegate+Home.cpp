@@ -53,8 +53,7 @@ QString mndAppDelegate::getHomeDirectory()
 /// window to ask in.
 bool mndAppDelegate::askForHomeDirectory()
 {
-    // A diagnosis has nobody to ask.
-    if (m_observer || !_welcome || !_window || !_welcome->load())
+    if (m_asksNobody || !_welcome || !_window || !_welcome->load())
         return false;
     // A plugin may ask before the start is over, or in a start that shows nothing; nobody could
     // answer.

@@ -88,6 +88,7 @@ void mndAppDelegate::localizeMenus()
     };
     localizeSubmenu(1, "SZ_MENU_WINDOW", miWindow);
     localizeSubmenu(2, "SZ_MENU_HELP", miHelp);
+    makeLeftOutMenu();
     if (!topLevel.isEmpty())
         keyLetters::follow(_window->menuBar());
 

@@ -4,6 +4,8 @@
 #include "platform/foundation/Format.h"
 #include "platform/ui/Application.h"
 #include "platform/ui/DesktopServices.h"
+#include "platform/ui/KeyLetters.h"
+#include "platform/ui/Mnemonics.h"
 #include "plugin_host/mndPlugins.h"
 #include "plugin_host/PluginQuarantine.h"
 
@@ -87,7 +89,7 @@ void mndAppDelegate::offerSafeMode()
         m_quarantine->setBundledOnly();
 }
 
-/// In the Help menu, while there is something to show in it.
+/// In the Help menu, while there is something to show in it. Filled before letters are chosen.
 void mndAppDelegate::makeLeftOutMenu()
 {
     const QList<QAction *> topLevel =
@@ -95,7 +97,10 @@ void mndAppDelegate::makeLeftOutMenu()
     QMenu *help = topLevel.isEmpty() ? nullptr : topLevel.last()->menu();
     if (!help)
         return;
-    m_leftOutMenu = help->addMenu(stringResource(u"SZ_LEFT_OUT_PLUGINS"_s, u"Left-out plugins"_s));
+    const QString designed = u"Left-out plugins"_s;
+    m_leftOutMenu =
+        help->addMenu(mnemonics::literal(stringResource(u"SZ_LEFT_OUT_PLUGINS"_s, designed)));
+    m_leftOutMenu->menuAction()->setProperty(keyLetters::designedTitle, designed);
     m_leftOutMenu->menuAction()->setVisible(false);
     connect(help, &QMenu::aboutToShow, this, [this] { fillLeftOutMenu(); });
 }
@@ -107,16 +112,25 @@ void mndAppDelegate::fillLeftOutMenu()
     m_leftOutMenu->clear();
     const QString title = stringResource(u"SZ_TAKE_BACK"_s, u"Start “%@” again"_s);
     for (const QString &bundle : PluginQuarantine::leftOut()) {
-        QString text = format(title, {nameOf(bundle)});
-        m_leftOutMenu->addAction(text.replace(u'&', u"&&"_s), this, [this, bundle] {
-            PluginQuarantine::takeBack(bundle);
-            desktopServices().alertPanel->run(
-                stringResource(u"SZ_TITLE"_s, u"Solvane"_s),
-                format(stringResource(u"SZ_TAKEN_BACK"_s,
-                                      u"“%@” is started again the next time Solvane starts."_s),
-                       {nameOf(bundle)}),
-                stringResource(u"SZ_CLOSE"_s, u"Close"_s), {});
-        });
+        m_leftOutMenu->addAction(mnemonics::literal(format(title, {nameOf(bundle)})), this,
+                                 [this, bundle] { takeBack(bundle); });
     }
     m_leftOutMenu->menuAction()->setVisible(!m_leftOutMenu->isEmpty());
+}
+
+void mndAppDelegate::takeBack(const QString &bundle)
+{
+    PluginQuarantine::takeBack(bundle, [self = QPointer(this), bundle](bool isStored) {
+        if (!self)
+            return;
+        const QString text = isStored
+            ? format(self->stringResource(u"SZ_TAKEN_BACK"_s,
+                                          u"“%@” is started again the next time Solvane starts."_s),
+                     {nameOf(bundle)})
+            : self->stringResource(u"SZ_PREFS_DELAY_FAILED"_s,
+                                   u"This could not be stored and is forgotten when Solvane ends. "
+                                   "The disk may be full or write-protected."_s);
+        desktopServices().alertPanel->run(self->stringResource(u"SZ_TITLE"_s, u"Solvane"_s), text,
+                                          self->stringResource(u"SZ_CLOSE"_s, u"Close"_s), {});
+    });
 }

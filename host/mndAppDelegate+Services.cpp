@@ -124,7 +124,7 @@ std::unique_ptr<Drawer> mndAppDelegate::newDrawerWithContent(QWidget *content, q
 
 void mndAppDelegate::uiButtonSetTextColor(QAbstractButton *button, const QColor &color)
 {
-    expectMainThread("uiButtonSetTextColor:color:");
+    expectMainThread("uiButtonSetTextColor:col:");
     if (m_Plugins)
         mndPlugins::setButtonStringColor(button, color);
 }

@@ -149,8 +149,13 @@ Dictionary mndAppDelegate::infoForCall(const char *selector, const QString &id) 
 {
     const Dictionary info = infoOfPlugin(id);
     if (info.isAbsent())
-        tellOfWrongCall(selector, u"no plugin has the id \"%1\""_s.arg(id));
+        tellOfUnknownPlugin(selector, id);
     return info;
+}
+
+void mndAppDelegate::tellOfUnknownPlugin(const char *selector, const QString &id) const
+{
+    tellOfWrongCall(selector, u"no plugin has the id \"%1\""_s.arg(id));
 }
 
 void mndAppDelegate::sourceListSelectionDidChange(const Notification &)
@@ -188,18 +193,23 @@ void mndAppDelegate::sourceListDeleteKeyPressedOnRows(const Notification &) { }
 bool mndAppDelegate::showPlugin(const QString &id)
 {
     bool shows = false;
-    MainThread::runAndWait([&] { shows = _showPlugin(id); });
+    bool isKnown = true;
+    MainThread::runAndWait([&] { shows = _showPlugin(id, isKnown); });
+    // Here, where whoever has called can be told.
+    if (!isKnown)
+        tellOfUnknownPlugin("showPlugin:", id);
     return shows;
 }
 
-bool mndAppDelegate::_showPlugin(const QString &id)
+bool mndAppDelegate::_showPlugin(const QString &id, bool &isKnown)
 {
     if (uiModalShowing())
         return false;
     logPlace("showPlugin:", 216, id);
     uiRevertToSystemTouchbar();
-    const Dictionary info = infoForCall("showPlugin:", id);
-    if (info.isAbsent())
+    const Dictionary info = infoOfPlugin(id);
+    isKnown = !info.isAbsent();
+    if (!isKnown)
         return false;
     if (info.string(u"parent"_s) != SidebarTree::hiddenHeading()) {
         _highlightItem(info.string(u"parent"_s), info.string(u"name"_s));
@@ -300,10 +310,14 @@ void mndAppDelegate::_pluginSetIconHighlighted(const QString &heading, const QSt
 void mndAppDelegate::pluginSetProcessing(const QString &id, bool value)
 {
     // The search too: the registry belongs to the main thread.
-    MainThread::runAndWait([&] { findAndSetProcessing(id, value); });
+    bool isFound = true;
+    MainThread::runAndWait([&] { isFound = findAndSetProcessing(id, value); });
+    if (!isFound)
+        tellOfWrongCall("pluginSetProcessing:value:",
+                        u"no plugin with a heading and a name has the id \"%1\""_s.arg(id));
 }
 
-void mndAppDelegate::findAndSetProcessing(const QString &id, bool value)
+bool mndAppDelegate::findAndSetProcessing(const QString &id, bool value)
 {
     for (quint64 i = 0; m_Plugins && i < m_Plugins->count(); ++i) {
         const Dictionary info = mndPlugins::info(m_Plugins->pluginAtIndex(i));
@@ -312,9 +326,9 @@ void mndAppDelegate::findAndSetProcessing(const QString &id, bool value)
             continue;
         }
         pluginSetProcessingEx({info.string(u"parent"_s), info.string(u"name"_s), value});
-        return;
+        return true;
     }
-    tellOfWrongCall("pluginSetProcessing:value:", u"no plugin has the id \"%1\""_s.arg(id));
+    return false;
 }
 
 void mndAppDelegate::pluginSetProcessingEx(const QVariantList &packed)

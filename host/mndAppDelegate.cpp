@@ -79,7 +79,6 @@ void mndAppDelegate::applicationDidFinishLaunching()
     if (!loadLanguageFile())
         return;
     localizeMenus();
-    makeLeftOutMenu();
     _welcome = std::make_unique<Welcome>();
     _feedback = std::make_unique<slvFeedback>();
     if (miFeedback)

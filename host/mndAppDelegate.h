@@ -53,6 +53,8 @@ public:
     /// What keeps plugins out, and knows which one took the last run down; null for nothing. Not
     /// owned.
     void setPluginQuarantine(PluginQuarantine *quarantine) { m_quarantine = quarantine; }
+    /// For a run that nobody looks at: the user is not asked for the home folder.
+    void setAsksNobody() { m_asksNobody = true; }
     /// Null before start-up has made it.
     mndPlugins *plugins() const { return m_Plugins.get(); }
     const SidebarTree::Headings &headings() const { return sourceListItems; }
@@ -189,6 +191,7 @@ private:
     void offerSafeMode();
     void makeLeftOutMenu();
     void fillLeftOutMenu();
+    void takeBack(const QString &bundle);
     void buildSidebarTree();
     void _loaded();
     void _loaded2();
@@ -199,18 +202,19 @@ private:
     Dictionary infoOfPlugin(const QString &id) const;
     /// The same, telling of one that there is none of.
     Dictionary infoForCall(const char *selector, const QString &id) const;
+    void tellOfUnknownPlugin(const char *selector, const QString &id) const;
     void tellOfWrongCall(const char *selector, const QString &what) const;
     void expectMainThread(const char *selector) const;
     void setSidebarNeedsDisplay();
     void fitSidebar();
     void displayPage(const std::function<void()> &display);
-    bool _showPlugin(const QString &id);
+    bool _showPlugin(const QString &id, bool &isKnown);
     void _highlightItem(const QString &heading, const QString &title);
     void _setBadge(const QString &heading, const QString &title, quint64 value);
     void _pluginSetIcon(const QString &heading, const QString &title, const QImage &icon);
     void _pluginSetIconHighlighted(const QString &heading, const QString &title,
                                    const QImage &icon);
-    void findAndSetProcessing(const QString &id, bool value);
+    bool findAndSetProcessing(const QString &id, bool value);
     void pluginSetProcessingEx(const QVariantList &packed);
     void placeEarlySpinners();
     void _pluginSetProcessing(const QString &heading, const QString &title, bool value);
@@ -253,5 +257,6 @@ private:
     std::unique_ptr<LoadReports> m_reports;   ///< what m_Factory knows as SHARED.LOADREPORTS
     std::unique_ptr<sharedHelpers> m_helpers; ///< owns what m_Factory knows as SHARED.HELPERS
     PluginLoadObserver *m_observer = nullptr;
+    bool m_asksNobody = false;
     PluginQuarantine *m_quarantine = nullptr;
 };

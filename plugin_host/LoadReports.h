@@ -5,7 +5,8 @@
 
 #include <QObject>
 
-/// Keeps for plugins what became of bundles, and passes it on. Main thread.
+/// Keeps for plugins what became of bundles, and passes on all that the registry tells. Main
+/// thread.
 class LoadReports : public QObject, public mndLoadReports, public PluginLoadObserver
 {
     Q_OBJECT
@@ -27,6 +28,12 @@ public:
         }
         if (m_next)
             m_next->bundleHandled(report);
+    }
+
+    void pluginCalled(const PluginCall &call) override
+    {
+        if (m_next)
+            m_next->pluginCalled(call);
     }
 
     QList<Report> notLoaded() override { return m_notLoaded; }

@@ -67,7 +67,7 @@ QList<LeftOut> storedLeftOut()
     return result;
 }
 
-void store(const QList<LeftOut> &all)
+void setLeftOut(const QList<LeftOut> &all)
 {
     QStringList entries;
     for (const LeftOut &one : all)
@@ -76,8 +76,6 @@ void store(const QList<LeftOut> &all)
         systemServices().defaults->removeValue(leftOutKey());
     else
         systemServices().defaults->setValue(leftOutKey(), entries);
-    if (!systemServices().defaults->synchronize())
-        systemServices().systemLog->write(u"Which plugins are left out could not be written."_s);
 }
 
 bool isAt(const QByteArray &path, const FileDescriptor &file)
@@ -220,7 +218,10 @@ void PluginQuarantine::leaveOut(const QString &bundle, const QString &module)
     QList<LeftOut> all = storedLeftOut();
     all.removeIf([&](const LeftOut &one) { return one.bundle == bundle; });
     all << LeftOut(bundle, module);
-    store(all);
+    setLeftOut(all);
+    // Before anything else runs that could end the process.
+    if (!systemServices().defaults->synchronize())
+        systemServices().systemLog->write(u"Which plugins are left out could not be written."_s);
 }
 
 QStringList PluginQuarantine::leftOut()
@@ -233,11 +234,12 @@ QStringList PluginQuarantine::leftOut()
     return result;
 }
 
-void PluginQuarantine::takeBack(const QString &bundle)
+void PluginQuarantine::takeBack(const QString &bundle, std::function<void(bool)> done)
 {
     QList<LeftOut> all = storedLeftOut();
     all.removeIf([&](const LeftOut &one) { return one.bundle == bundle; });
-    store(all);
+    setLeftOut(all);
+    systemServices().defaults->synchronizeLater(std::move(done));
 }
 
 void PluginQuarantine::enter(const QString &bundle, Stage stage)

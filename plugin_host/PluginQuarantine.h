@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 /// Keeps plugins out of a run: those the user named, those that do not come with the application in
 /// a safe run, and those that took the program down.
 ///
@@ -65,7 +67,8 @@ public:
     /// All that are left out and still there.
     static QStringList leftOut();
     /// Starts it again from the next run on.
-    static void takeBack(const QString &bundle);
+    /// @param done told whether that was stored, later; may be null.
+    static void takeBack(const QString &bundle, std::function<void(bool)> done = {});
 
     /// The bundle's code may run from here on, until it is left or another one is entered.
     void enter(const QString &bundle, Stage stage = Stage::Working);

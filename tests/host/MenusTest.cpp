@@ -1,6 +1,9 @@
 #include "host/HostFixture.h"
 
+#include "plugin_host/PluginQuarantine.h"
+
 #include <QCloseEvent>
+#include <QMenu>
 
 namespace {
 
@@ -57,6 +60,27 @@ TEST_F(Host, ResetsThePreferencesOnlyAfterConsent)
     const QStringList failed = services.recorder.take().mid(2);
     EXPECT_TRUE(failed.value(0).contains(u"could not be reset"_s)) << "the user is told";
     EXPECT_EQ(failed.value(1), u"exit 2"_s);
+}
+
+TEST_F(Host, TellsWhetherAPluginWasTakenBack)
+{
+    services.addFixture(u"Good"_s, services.supportFolder(), u"R&D"_s);
+    const QString bundle = services.supportFolder() + u"/R&D.bundle"_s;
+    start();
+    for (const auto &[isStored, told] : {std::pair{true, u"“R&D” is started again the next time"_s},
+                                         {false, u"This could not be stored"_s}}) {
+        PluginQuarantine::leaveOut(bundle, bundle + u"/Contents/MacOS/Good.so"_s);
+        services.defaultsAreWritten = isStored;
+        QMenu *help = window->findChild<QMenuBar *>()->actions().last()->menu();
+        Q_EMIT help->aboutToShow();
+        QMenu *leftOut = help->actions().last()->menu();
+        ASSERT_TRUE(leftOut && leftOut->menuAction()->isVisible());
+        EXPECT_EQ(leftOut->title(), u"&Left-out plugins"_s) << "it has its letter at once";
+        outside();
+        leftOut->actions().first()->trigger();
+        QCoreApplication::processEvents();
+        EXPECT_TRUE(outside().value(0).startsWith(u"alert Solvane|"_s + told));
+    }
 }
 
 TEST_F(Host, OpensWhatTheMenusLeadTo)

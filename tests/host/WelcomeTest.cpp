@@ -216,11 +216,7 @@ TEST_F(StoreEdition, LetsEveryoneWaitForTheOneAnswer)
 
 TEST_F(StoreEdition, AsksNobodyInADiagnosis)
 {
-    struct : PluginLoadObserver
-    {
-        void bundleHandled(const PluginLoadReport &) override { }
-    } observer;
-    delegate->setPluginLoadObserver(&observer);
+    delegate->setAsksNobody();
     start();
     EXPECT_TRUE(delegate->getHomeDirectory().isNull());
 }

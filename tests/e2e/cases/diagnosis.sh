@@ -41,6 +41,7 @@ END
 test_checks_one_bundle() {
     local bundle expected pattern
     install_good_and_broken
+    install_plugins SlowToShow
     while read -r bundle expected pattern; do
         diagnose --check-plugin "$plugins/$bundle.bundle"
         ((status == expected)) || fail "$bundle: status $status: $lines"
@@ -53,6 +54,7 @@ Garbage 1 .*Info.plist: .
 ThrowsInInitialize 1 it threw an exception
 Missing 1 .*is no folder
 NotADelegate 1 what mndPluginDelegate has is never called
+SlowToShow 1 onViewShow took [0-9.]+ ms: .*50 ms is the limit
 END
 }
 
@@ -179,7 +181,8 @@ test_prints_what_plugins_do_wrong_when_asked() {
     start_shown --debug
     for line in 'showPlugin: no plugin has the id "plugin.nobody"' 'endModalSheet: ends more sheets .*' \
         'beginModalSheet: dropped: .*' 'newFactoryInstance: no class is named "NoClass"' \
-        'pluginSetBadge:value: is for the main thread' 'onAllPluginsLoaded of .*: thrown on purpose' \
+        'pluginSetBadge:value: is for the main thread' 'pluginSetProcessing:value: no plugin .*' \
+        'onAllPluginsLoaded of .*: thrown on purpose' \
         'keeps the main loop waiting for more than 50 ms'; do
         expect "$line" grep -qx "solvane: debug: plugin.fixture.Misbehaves: $line" "$HOME/output"
     done
