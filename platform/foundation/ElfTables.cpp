@@ -322,12 +322,13 @@ bool ElfTables::symbolsFit() const
 template <typename Entry, typename Detail, typename Check>
 bool ElfTables::versionListFits(qint64 list, qint64 count, const Check &fits) const
 {
-    if (has(list) != has(count))
+    // The loader reads the first of each kind, whatever their number is said to be.
+    if (has(list) != has(count) || (has(list) && (value(count) == 0 || !has(DT_VERSYM))))
         return false;
     quint64 place = value(list);
     for (quint64 i = 0; i < value(count); ++i) {
         const auto entry = read<Entry>(place);
-        if (!at(place, sizeof entry))
+        if (!at(place, sizeof entry) || detailCount(entry) == 0)
             return false;
         quint64 detail = place + details(entry);
         for (quint64 k = 0; k < detailCount(entry); ++k) {
@@ -353,11 +354,14 @@ bool ElfTables::versionsFit() const
         return true;
     };
     const quint64 strings = value(DT_STRSZ);
+    const QList<QByteArray> needed = this->strings(DT_NEEDED);
     const bool listsFit =
         versionListFits<Elf64_Verneed, Elf64_Vernaux>(
             DT_VERNEED, DT_VERNEEDNUM,
             [&](const Elf64_Verneed &need, const Elf64_Vernaux &version) {
+                // The loader asserts that the library is there.
                 return need.vn_version == VER_NEED_CURRENT && need.vn_file < strings
+                    && needed.contains(QByteArray(at(value(DT_STRTAB) + need.vn_file, 1)))
                     && version.vna_name < strings && known(version.vna_other);
             })
         && versionListFits<Elf64_Verdef, Elf64_Verdaux>(

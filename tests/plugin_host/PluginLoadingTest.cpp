@@ -3,6 +3,7 @@
 #include "support/TestServices.h"
 
 #include <dlfcn.h>
+#include <elf.h>
 
 namespace {
 
@@ -30,6 +31,35 @@ struct PluginLoading : testing::Test
     Reports reports;
     mndPlugins plugins{nullptr};
 };
+
+enum class Versions { WithoutIndices, Uncounted, WithoutNames, OfAnotherLibrary };
+
+/// Changes what a module says of its symbols' versions to what the loader takes on trust.
+void damageVersions(const QString &path, Versions damage)
+{
+    QByteArray module = fileContent(path);
+    const auto *header = reinterpret_cast<Elf64_Ehdr *>(module.data());
+    const auto *segment = reinterpret_cast<Elf64_Phdr *>(module.data() + header->e_phoff);
+    while (segment->p_type != PT_DYNAMIC)
+        ++segment;
+    const auto entry = [&](qint64 tag) {
+        auto *found = reinterpret_cast<Elf64_Dyn *>(module.data() + segment->p_offset);
+        while (found->d_tag != tag)
+            ++found;
+        return found;
+    };
+    // In the first segment, which lies in memory as in the file.
+    auto *need = reinterpret_cast<Elf64_Verneed *>(module.data() + entry(DT_VERNEED)->d_un.d_val);
+    if (damage == Versions::WithoutIndices)
+        entry(DT_VERSYM)->d_tag = DT_DEBUG;
+    else if (damage == Versions::Uncounted)
+        entry(DT_VERNEEDNUM)->d_un.d_val = 0;
+    else if (damage == Versions::WithoutNames)
+        need->vn_cnt = 0;
+    else
+        ++need->vn_file;
+    makeFile(path, module);
+}
 
 } // namespace
 
@@ -206,6 +236,9 @@ TEST_F(PluginLoading, RefusesBrokenAndDamagedBundlesWithAReason)
     const QByteArray garbage("\x00\xff<plist", 8);
     const QString module = u"/MacOS/Good.so"_s, info = u"/Info.plist"_s;
     using Damage = std::function<void(const QString &contents)>;
+    const auto versions = [&](Versions damage) -> Damage {
+        return [&, damage](const QString &c) { damageVersions(c + module, damage); };
+    };
     // The result: a bundle that is no plugin at all counts as handled.
     const std::tuple<const char *, Damage, bool, const char *> cases[] = {
         {"ReturnsNil", {}, false, "returned nothing"},
@@ -223,6 +256,10 @@ TEST_F(PluginLoading, RefusesBrokenAndDamagedBundlesWithAReason)
         {"Good", [&](auto &c) { QFile::remove(c + module); }, true, "no module"},
         {"Good", [&](auto &c) { makeFile(c + module, {}); }, true, "not a plugin module"},
         {"Good", [&](auto &c) { QFile(c + module).resize(2000); }, true, "not a plugin module"},
+        {"Good", versions(Versions::WithoutIndices), true, "table of symbols"},
+        {"Good", versions(Versions::Uncounted), true, "table of symbols"},
+        {"Good", versions(Versions::WithoutNames), true, "table of symbols"},
+        {"Good", versions(Versions::OfAnotherLibrary), true, "table of symbols"},
     };
     for (const auto &[fixture, damage, result, reason] : cases) {
         const QString folder = own(QString::number(reports.all.size()));
