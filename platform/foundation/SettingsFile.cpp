@@ -12,8 +12,11 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <array>
 #include <chrono>
+#include <climits>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -47,20 +50,35 @@ FileDescriptor lockFolder(const QString &path)
     return folder;
 }
 
-/// What is wrong with what stands in a file's place, and could keep whoever opens it waiting; null
-/// for a file and for nothing at all.
-QString notAFile(const QString &path)
+/// Where the links lead that stand in the file's place and stay there, also when nothing is at
+/// their end yet.
+Result<QString> linksFollowed(QString path)
 {
-    const QFileInfo item(path);
-    return item.exists() && !item.isFile() ? u"it is no file"_s : QString();
+    constexpr int mostLinks = 40; // as many as the system follows
+    std::array<char, PATH_MAX> target{};
+    for (int links = 0; links < mostLinks; ++links) {
+        const ssize_t size =
+            ::readlink(QFile::encodeName(path).constData(), target.data(), target.size());
+        if (size < 0 && errno != EINVAL && errno != ENOENT)
+            return Result<QString>::failure(qt_error_string());
+        if (size < 0)
+            return path;
+        const QString text = QFile::decodeName(QByteArray(target.data(), size));
+        path = text.startsWith(u'/') ? text : QFileInfo(path).path() + u'/' + text;
+    }
+    return Result<QString>::failure(qt_error_string(ELOOP));
 }
 
-/// Null, which is no failure, where there is no file.
+/// Null, which is no failure, where there is no file. What cannot be looked at may well be there.
 Result<QByteArray> contentOf(const QString &path)
 {
-    if (const QString problem = notAFile(path); !problem.isNull())
-        return Result<QByteArray>::failure(problem);
-    return QFileInfo::exists(path) ? RegularFile::read(path, largestSettings) : QByteArray();
+    struct stat status = {};
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+        return errno == ENOENT ? QByteArray() : Result<QByteArray>::failure(qt_error_string());
+    // Whoever opens something else could be kept waiting.
+    if (!S_ISREG(status.st_mode))
+        return Result<QByteArray>::failure(u"it is no file"_s);
+    return RegularFile::read(path, largestSettings);
 }
 
 QString keepDamaged(const QString &path, const QByteArray &content)
@@ -96,13 +114,13 @@ QHash<QString, QVariant> SettingsFile::read(QString &problem)
 
 QString SettingsFile::change(const SettingsChanges &changes)
 {
-    // A link stays: what it leads to is replaced.
-    const QString canonical = QFileInfo(m_path).canonicalFilePath();
-    const QString target = canonical.isEmpty() ? m_path : canonical;
-    const QString folder = QFileInfo(target).path();
-    if (!QDir().mkpath(folder))
+    if (!QDir().mkpath(QFileInfo(m_path).path()))
         return u"its folder cannot be made"_s;
-    const FileDescriptor lock = lockFolder(folder);
+    const Result<QString> followed = linksFollowed(m_path);
+    if (!followed)
+        return followed.error();
+    const QString &target = followed.value();
+    const FileDescriptor lock = lockFolder(QFileInfo(target).path());
     if (!lock.isOpen())
         return errno == EWOULDBLOCK ? u"another process does not end writing"_s : qt_error_string();
     const Result<QByteArray> content = contentOf(target);

@@ -358,6 +358,28 @@ TEST_F(RealUserDefaultsTest, LeavesALinkAndItsPermissionsAlone)
     EXPECT_EQ(status.st_mode & 07777U, 0600U);
 }
 
+TEST_F(RealUserDefaultsTest, LeavesLinksWithoutAFileAlone)
+{
+    makeFile(m_folder.filePath(u"elsewhere/file"_s), {});
+    ASSERT_TRUE(QDir(m_folder.path()).mkdir(u"Solvane"_s));
+    // What is behind the last two may have all the settings, and only be out of reach for now.
+    const std::pair<const char *, bool> links[] = {{"../elsewhere/new", true},
+                                                   {"../nowhere/new", false},
+                                                   {"solvane.conf", false},
+                                                   {"../elsewhere/file/new", false}};
+    for (const auto &[target, leadsToAFolder] : links) {
+        ASSERT_EQ(::symlink(target, QFile::encodeName(m_path).constData()), 0);
+        {
+            RealUserDefaults defaults(m_path);
+            defaults.setValue(u"a"_s, 1);
+            EXPECT_EQ(defaults.synchronize(), leadsToAFolder) << target;
+        }
+        EXPECT_EQ(content(), leadsToAFolder ? "[General]\na=int:1\n" : "") << target;
+        EXPECT_TRUE(QFileInfo(m_path).isSymLink()) << target;
+        QFile::remove(m_path);
+    }
+}
+
 TEST_F(RealUserDefaultsTest, WaitsForNoLockFileThatAnotherProcessHasLeft)
 {
     const QByteArray host = QSysInfo::machineHostName().toUtf8();
