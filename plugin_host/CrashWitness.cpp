@@ -19,7 +19,7 @@
 
 namespace {
 
-constexpr std::array fatal{SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT};
+constexpr std::array fatal{SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGTRAP, SIGABRT};
 
 /// For everything that plugins do on their way out; more than that, and a session that ends with
 /// the program would be kept waiting.
@@ -121,8 +121,10 @@ void onFault(int signal, siginfo_t *info, void *context)
     }
     restoreFormer();
     // A fault of the processor comes again at the same place as soon as this returns. What was
-    // sent, and what has interrupted the look at a damaged stack, does not.
-    const bool comesAgain = info->si_code > 0 && signal == firstSignal && signal != SIGABRT;
+    // sent, what stands behind the place by then, and what has interrupted the look at a damaged
+    // stack, does not.
+    const bool comesAgain =
+        info->si_code > 0 && signal == firstSignal && signal != SIGABRT && signal != SIGTRAP;
     if (!comesAgain) {
         sigset_t pending;
         ::sigemptyset(&pending);

@@ -17,7 +17,8 @@ struct Breadcrumb
 };
 
 /// Looks at the stack when the process is about to die of a fault of its own (SIGSEGV, SIGBUS,
-/// SIGILL, SIGFPE; SIGABRT, which std::terminate() raises) and writes down whose code it was in.
+/// SIGILL, SIGFPE; SIGABRT, which std::terminate() raises; SIGTRAP, by which the web engine's
+/// assertions end) and writes down whose code it was in.
 /// The process then dies as it would have: same signal, same core dump. One for the process.
 ///
 /// What a signal handler does here takes no memory and no lock. Only the main thread has a stack
