@@ -39,7 +39,9 @@ bool hasRoomFor(const FileDescriptor &file, qsizetype size)
     if (size == 0 || ::fstat64(file.number(), &before) != 0)
         return size == 0;
     constexpr std::array isFull{ENOSPC, EDQUOT, EFBIG, EIO};
-    const int error = ::posix_fallocate64(file.number(), 0, size);
+    int error = EINTR;
+    while (error == EINTR)
+        error = ::posix_fallocate64(file.number(), 0, size);
     if (std::find(isFull.begin(), isFull.end(), error) == isFull.end())
         return true;
     std::ignore = ::ftruncate64(file.number(), before.st_size); // part of the room may be there
