@@ -28,7 +28,8 @@ test_second_launch_brings_the_window_back() {
     expect "the window in front" has_focus
     expect "the sidebar" shows "tree item" Cleaning
 
-    close_window
+    xdotool key ctrl+w
+    expect "the window to close" has_no_window
     launch_again --safe-mode
     grep -q "^solvane: it is running already" "$HOME/output" || fail "no word of what has no effect"
     expect "the window to come back" has_window

@@ -259,6 +259,19 @@ test_the_other_entries_by_keyboard() {
     expect_end 0
 }
 
+test_the_window_comes_back_to_its_place() {
+    local geometry
+    start_shown
+    xdotool windowsize --sync "$(window)" 1011 611 windowmove --sync "$(window)" 111 122
+    expect "the window in its place" is_in_place
+    geometry=$(objects frame Solvane)
+    quit
+    start_shown
+    [[ $geometry == *" 1011 611" && $(objects frame Solvane) == "$geometry" ]] ||
+        fail "it was at $geometry, and is at $(objects frame Solvane)"
+    quit
+}
+
 is_wide() { xdotool getwindowgeometry "$(window)" | grep -q "Geometry: $1x"; }
 has_low_menus() { objects "menu item" Solvane | awk '{ exit !($4 < 32) }'; }
 
