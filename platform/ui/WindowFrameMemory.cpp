@@ -40,6 +40,9 @@ void WindowFrameMemory::keep()
     if (QWindow *window = m_window->windowHandle())
         window->setPosition(window->position());
     const QByteArray geometry = m_window->saveGeometry();
+    // Nor has one that fills the screen the size it had before.
+    if (m_window->isHidden() && m_window->isMaximized())
+        m_window->restoreGeometry(geometry);
     if (geometry == m_stored)
         return;
     m_stored = geometry;
