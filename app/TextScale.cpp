@@ -36,6 +36,9 @@ private:
     QByteArray m_before;
 };
 
+/// Less is not worth that points are no whole pixels any more, which titles in menus are cut by.
+constexpr double leastEnlargement = 1.1;
+
 /// In points, as the desktop says: no font is looked for.
 double sizeOf(const QFont &font)
 {
@@ -56,7 +59,8 @@ double TextScale::factorFor(double textSize, const QSize &room)
     const double fitting =
         std::min(double(room.width() - Screen::windowBorders) / leastWindow.width(),
                  double(room.height() - Screen::windowBorders) / leastWindow.height());
-    return std::max(1.0, std::min(textSize / largestText, fitting));
+    const double factor = std::min(textSize / largestText, fitting);
+    return factor < leastEnlargement ? 1 : factor;
 }
 
 std::unique_ptr<Application>

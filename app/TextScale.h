@@ -15,8 +15,8 @@ namespace TextScale {
 constexpr double largestText = 11;        ///< points; up to it everything has its place as designed
 constexpr QSize leastWindow = {760, 480}; ///< points; the main window's least size
 
-/// By what everything is enlarged for texts of that many points: 1 up to the largest text, and
-/// never so much that the window at its least would not fit into the room.
+/// By what everything is enlarged for texts of that many points: 1 up to the largest text and a
+/// little beyond, and never so much that the window at its least would not fit into the room.
 /// @param textSize 0 or less where it is not known.
 double factorFor(double textSize, const QSize &room);
 

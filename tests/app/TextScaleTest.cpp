@@ -6,6 +6,7 @@ TEST(TextScale, GrowsWithTheTextAsFarAsThereIsRoom)
     const std::tuple<double, QSize, double> cases[] = {
         {9, wide, 1},
         {11, wide, 1},
+        {12, wide, 1}, // not worth it
         {14, wide, 14 / 11.0},
         {22, wide, 2},
         {24, QSize(1920, 700), 652 / 480.0}, // of the height
