@@ -8,7 +8,9 @@
 #include "plugin_host/SidebarTree.h"
 
 #include <QDir>
+#include <QEventLoop>
 #include <QFileInfo>
+#include <QTimer>
 #include <QWidget>
 
 #include <algorithm>
@@ -53,6 +55,9 @@ bool isOfNoHeading(const PluginLoadReport &report, const SidebarTree::Headings &
         && std::none_of(known.begin(), known.end(), isTitle);
 }
 
+/// How long a plugin's threads and timers have to show what they do.
+constexpr int afterwards = 250; // milliseconds
+
 /// Calls all that the host calls: a page is shown and hidden, on a screen that is none.
 void tryOut(mndPlugins &registry, const QObject *plugin)
 {
@@ -67,6 +72,9 @@ void tryOut(mndPlugins &registry, const QObject *plugin)
     area.grab();
     mndPlugins::removeSubviews(&area);
     registry.performSelectorOnAllDelegates(Selector(u"onViewHide"_s));
+    QEventLoop moment;
+    QTimer::singleShot(afterwards, &moment, &QEventLoop::quit);
+    moment.exec();
 }
 
 } // namespace

@@ -93,6 +93,8 @@ QStringList remarks(const Dictionary &info, const QObject *plugin)
         found << u"the info dictionary has no \"id\": other plugins cannot address it"_s;
     else if (info.value(u"id"_s).typeId() != QMetaType::QString)
         found << u"\"id\" is no QString: other plugins cannot address it"_s;
+    else if (info.string(u"id"_s).isEmpty())
+        found << u"\"id\" is empty: other plugins cannot address it"_s;
     if (!info.contains(u"name"_s))
         found << u"the info dictionary has no \"name\": its row has no title"_s;
     if (!info.contains(u"parent"_s))

@@ -62,6 +62,7 @@ test_calls_what_the_host_calls_and_says_what_is_odd() {
     local bundle line
     install_plugins Good
     ln -s "$fixtures/Good/Good.bundle" "$HOME/Good.bundle"
+    export SOLVANE_FIXTURE_HARM=thread
     while read -r bundle line; do
         [[ -e $HOME/$bundle.bundle ]] || cp -R "$fixtures/$bundle/$bundle.bundle" "$HOME/"
         diagnose --check-plugin "$HOME/$bundle.bundle"
@@ -77,6 +78,7 @@ OddHeading its heading "Oddities" is none of the host's: .*
 WrongTypes "id" is no QString: .*
 WrongTypes "view" is no QWidget: .*
 Good it is a link: .*
+Misbehaves it took the program down: Aborted
 END
     chmod o+w "$plugins/Good.bundle/Contents/Info.plist"
     diagnose --list-plugins
