@@ -5,6 +5,7 @@
 #include "aux_windows/slvFeedback.h"
 #include "helpers/HelperClasses.h"
 #include "helpers/sharedHelpers.h"
+#include "host/SharedWorkspace.h"
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/Format.h"
 #include "platform/foundation/MainThread.h"
@@ -100,6 +101,8 @@ void mndAppDelegate::applicationDidFinishLaunching()
     m_Plugins = std::make_unique<mndPlugins>(this);
     m_reports = std::make_unique<LoadReports>(m_observer);
     sharedObjectRegister(u"SHARED.LOADREPORTS"_s, m_reports.get());
+    m_workspace = std::make_unique<SharedWorkspace>();
+    sharedObjectRegister(u"SHARED.WORKSPACE"_s, m_workspace.get());
     m_Plugins->setObserver(m_reports.get());
     m_Plugins->setQuarantine(m_quarantine);
     askAfterCrash();

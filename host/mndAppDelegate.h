@@ -21,6 +21,7 @@ class mndAbout;
 class mndPlugins;
 class mndPrefs;
 class LoadReports;
+class SharedWorkspace;
 class PluginLoadObserver;
 class PluginQuarantine;
 class sharedHelpers;
@@ -254,8 +255,9 @@ private:
     mndCore *_core = nullptr;
 
     SidebarTree m_tree; ///< owns the items that sourceListItems and the plugins refer to
-    std::unique_ptr<LoadReports> m_reports;   ///< what m_Factory knows as SHARED.LOADREPORTS
-    std::unique_ptr<sharedHelpers> m_helpers; ///< owns what m_Factory knows as SHARED.HELPERS
+    std::unique_ptr<LoadReports> m_reports;       ///< what m_Factory knows as SHARED.LOADREPORTS
+    std::unique_ptr<SharedWorkspace> m_workspace; ///< and as SHARED.WORKSPACE
+    std::unique_ptr<sharedHelpers> m_helpers;     ///< owns what m_Factory knows as SHARED.HELPERS
     PluginLoadObserver *m_observer = nullptr;
     bool m_asksNobody = false;
     PluginQuarantine *m_quarantine = nullptr;

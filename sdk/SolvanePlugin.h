@@ -21,3 +21,4 @@
 #include "plugin_host/mndLoadReports.h"
 #include "plugin_host/mndPlugin.h"
 #include "plugin_host/mndTheme.h"
+#include "plugin_host/mndWorkspace.h"

@@ -14,8 +14,11 @@ QString why(const mndLoadReports::Report &report, const Texts &texts)
 {
     switch (report.reason) {
     case mndLoadReports::LeftOutAfterCrash:
-        return texts(u"SZ_SUPPORT_NOT_LOADED_CRASH"_s,
-                     u"Left out, because Solvane did not end as it should"_s);
+        return u"%1 (%2 \u203a %3)"_s.arg(
+            texts(u"SZ_SUPPORT_NOT_LOADED_CRASH"_s,
+                  u"Left out, because Solvane did not end as it should"_s),
+            texts(u"SZ_MENU_HELP"_s, u"Help"_s), // where the way back is
+            texts(u"SZ_LEFT_OUT_PLUGINS"_s, u"Left-out plugins"_s));
     case mndLoadReports::LeftOutOfThisRun:
         return texts(u"SZ_SUPPORT_NOT_LOADED_RUN"_s, u"Left out of this run"_s);
     case mndLoadReports::Refused:

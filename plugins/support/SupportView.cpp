@@ -11,12 +11,11 @@
 
 #include <QAccessible>
 #include <QClipboard>
-#include <QDesktopServices>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QPointer>
 #include <QPushButton>
-#include <QUrl>
 #include <QVBoxLayout>
 
 #include <memory>
@@ -228,12 +227,16 @@ QString SupportView::versionsText() const
 
 void SupportView::openHelpPage(const QString &link)
 {
-    const bool opened = QDesktopServices::openUrl(QUrl(link));
-    m_noBrowser->setVisible(!opened);
-    if (!opened)
-        m_noBrowser->setText(m_texts(u"SZ_SUPPORT_NO_BROWSER"_s,
-                                     u"The browser could not be opened. The address is %1"_s,
-                                     {link}));
+    m_noBrowser->setText(m_texts(u"SZ_SUPPORT_NO_BROWSER"_s,
+                                 u"The browser could not be opened. The address is %1"_s, {link}));
+    auto *workspace = m_core
+        ? qobject_cast<mndWorkspace *>(m_core->sharedObject(u"SHARED.WORKSPACE"_s))
+        : nullptr;
+    const auto tell = [label = QPointer<QLabel>(m_noBrowser)] {
+        if (label)
+            label->show();
+    };
+    m_noBrowser->setVisible(!workspace || !workspace->openUrl(link, tell));
 }
 
 void SupportView::copyVersions()

@@ -37,6 +37,7 @@ public:
     bool logging = false;
     QObject *helpers = nullptr;
     QObject *reports = nullptr;
+    QObject *workspace = nullptr;
     QString home;
     QMap<QString, quint64> badges;
     QString osVersion;
@@ -70,6 +71,7 @@ public:
     {
         return name == u"SHARED.HELPERS"_s    ? helpers
             : name == u"SHARED.LOADREPORTS"_s ? reports
+            : name == u"SHARED.WORKSPACE"_s   ? workspace
                                               : nullptr;
     }
     void signalAllPlugins(const Selector &) override { }

@@ -6,8 +6,6 @@
 #include "support/TestServices.h"
 
 #include <QClipboard>
-#include <QDesktopServices>
-#include <QUrl>
 
 namespace {
 
@@ -76,12 +74,20 @@ Part *find(const QWidget &view, const Condition &holds)
     return found == parts.end() ? nullptr : *found;
 }
 
-struct Browser : QObject
+struct Browser : QObject, mndWorkspace
 {
     Q_OBJECT
+    Q_INTERFACES(mndWorkspace)
 public:
     QStringList opened;
-    Q_INVOKABLE void open(const QUrl &address) { opened << address.toString(); }
+    std::function<void()> failed;
+    bool openUrl(const QString &url, const std::function<void()> &onFailure) override
+    {
+        opened << url;
+        failed = onFailure;
+        return true;
+    }
+    bool openFile(const QString &, const std::function<void()> &) override { return false; }
 };
 
 struct Reports : QObject, mndLoadReports
@@ -132,6 +138,8 @@ TEST(SupportView, CopiesTheVersions)
 TEST(SupportView, LeadsToTheHelpPageAndToFeedback)
 {
     FakeCore core;
+    Browser browser;
+    core.workspace = &browser;
     SupportView view(&core, u"/nowhere/Support.bundle"_s);
     find<QPushButton>(view, [](auto *button) {
         return button->text().contains(u"feedback"_s);
@@ -140,8 +148,6 @@ TEST(SupportView, LeadsToTheHelpPageAndToFeedback)
     auto *link =
         find<QLabel>(view, [](auto *label) { return label->text().contains(u"https:"_s); });
     EXPECT_NE(link->focusPolicy(), Qt::NoFocus);
-    Browser browser;
-    QDesktopServices::setUrlHandler(u"https"_s, &browser, "open");
     ASSERT_TRUE(activate(view));
     link->setFocus();
     QTest::keyClick(link, Qt::Key_Tab); // onto the link in the text
@@ -149,9 +155,13 @@ TEST(SupportView, LeadsToTheHelpPageAndToFeedback)
     QAccessibleInterface *spoken = QAccessible::queryAccessibleInterface(link);
     EXPECT_EQ(spoken->role(), QAccessible::Link);
     spoken->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    QDesktopServices::unsetUrlHandler(u"https"_s);
     const QString page = u"https://www.solvane.example/support?de"_s;
     EXPECT_EQ(browser.opened, (QStringList{page, page}));
+    const auto *said = find<QLabel>(
+        view, [](auto *label) { return label->text().startsWith(u"[The browser could not"_s); });
+    EXPECT_TRUE(said->isHidden());
+    browser.failed();
+    EXPECT_FALSE(said->isHidden());
     for (auto text = core.texts.cbegin(); text != core.texts.cend(); ++text)
         EXPECT_TRUE(text.key().startsWith(u"SZ_SUPPORT_"_s) || text.key() == u"SZ_TITLE"_s
                     || text.key().startsWith(u"SZ_EXTENDED_LOGGING"_s));
@@ -178,7 +188,8 @@ TEST(SupportView, NamesWhatWasNotLoaded)
     view.refresh();
     EXPECT_EQ(named(),
               u"<b>One: [Refused: for host API 7]|Two: [Left out of this run]|"
-              "Three: [Left out, because Solvane did not end as it should]"_s);
+              "Three: [Left out, because Solvane did not end as it should] "
+              "([Help] \u203a [Left-out plugins])"_s);
 }
 
 TEST(SupportView, ShowsWhatFeedbackSendsBeforeItDoes)
