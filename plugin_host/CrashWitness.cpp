@@ -64,16 +64,20 @@ void keepLate() noexcept
         ::unlink(lateFile);
 }
 
-/// Where the call came from that led to nowhere: there is no frame of it to be found.
-const void *callerOfNothing(const void *context)
+/// Where the call came from that led to nowhere, for there is no frame of it to be found; null
+/// where the fault is another.
+const void *callerOfNothing(const siginfo_t &info, const void *context)
 {
 #if defined(__x86_64__)
     const auto &registers = static_cast<const ucontext_t *>(context)->uc_mcontext.gregs;
-    return *reinterpret_cast<void *const *>(registers[REG_RSP]);
+    const bool isNowhere = registers[REG_RIP] == reinterpret_cast<greg_t>(info.si_addr);
+    return isNowhere ? *reinterpret_cast<void *const *>(registers[REG_RSP]) : nullptr;
 #elif defined(__aarch64__)
     const auto &machine = static_cast<const ucontext_t *>(context)->uc_mcontext;
-    return reinterpret_cast<const void *>(machine.regs[30]);
+    const bool isNowhere = machine.pc == reinterpret_cast<std::uintptr_t>(info.si_addr);
+    return isNowhere ? reinterpret_cast<const void *>(machine.regs[30]) : nullptr;
 #else
+    Q_UNUSED(info)
     Q_UNUSED(context)
     return nullptr;
 #endif
@@ -89,9 +93,9 @@ void testify(const siginfo_t &info, const void *context)
     // Also without any plugin on the stack, and before the stack turns out to be damaged.
     note(nullptr, true);
     PluginModules::Owner owner = PluginModules::onThisStack();
-    if (!owner.bundle && info.si_signo != SIGABRT)
-        owner = PluginModules::ownerOf(callerOfNothing(context));
-    else if (!owner.bundle && abi::__cxa_current_exception_type())
+    if (!owner.bundle && (info.si_signo == SIGSEGV || info.si_signo == SIGBUS))
+        owner = PluginModules::ownerOf(callerOfNothing(info, context));
+    else if (!owner.bundle && info.si_signo == SIGABRT && abi::__cxa_current_exception_type())
         owner = thrower;
     if (owner.bundle)
         note(owner.bundle, true);
