@@ -11,7 +11,7 @@ expect_question() {
 }
 
 test_leaves_out_a_plugin_that_crashes_while_it_is_loaded() {
-    install_plugins CrashesInInitialize Good
+    install_plugins "CrashesInInitialize:Crash & burn" Good
     start
     expect_end 134
     # The safe answer is to try it again, and safe mode if that goes wrong, too.
@@ -31,7 +31,7 @@ test_leaves_out_a_plugin_that_crashes_while_it_is_loaded() {
     start
     expect_end 134
 
-    expect_question CrashesInInitialize "Leave out"
+    expect_question "Crash & burn" "Leave out"
     expect_shown
     expect "the other plugin" shows "tree item" Good
     xdotool windowactivate "$(window)"
@@ -42,21 +42,21 @@ test_leaves_out_a_plugin_that_crashes_while_it_is_loaded() {
     # The answer lasts, and the list tells of it.
     start_shown
     env -u DISPLAY "$solvane" --list-plugins 2>/dev/null |
-        grep -q '^left out: .*/CrashesInInitialize.bundle: ' || fail "the list does not tell"
+        grep -q '^left out: .*/Crash & burn.bundle: ' || fail "the list does not tell"
     # It can be taken back from the menu, and a new build is tried, too.
     click "menu item" Help
     click "menu item" "Left-out plugins"
-    click "menu item" "Start .*CrashesInInitialize.* again"
-    expect "the confirmation" shows label ".*CrashesInInitialize.* is started again the next time .*"
+    click "menu item" "Start .*Crash & burn.* again"
+    expect "the confirmation" shows label ".*Crash & burn.* is started again the next time .*"
     xdotool key Return
-    expect "the confirmation to close" shows_not label ".*CrashesInInitialize.* is started again .*"
+    expect "the confirmation to close" shows_not label ".*Crash & burn.* is started again .*"
     quit
     start
     expect_end 134
-    expect_question CrashesInInitialize "Leave out"
+    expect_question "Crash & burn" "Leave out"
     expect_shown
     quit
-    touch "$plugins/CrashesInInitialize.bundle/Contents/MacOS/CrashesInInitialize.so"
+    touch "$plugins/Crash & burn.bundle/Contents/MacOS/CrashesInInitialize.so"
     start
     expect_end 134
 }

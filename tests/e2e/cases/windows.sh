@@ -255,6 +255,11 @@ test_the_other_entries_by_keyboard() {
     expect "the log" test -s "$log"
     by_keys 3 Down Right Down Return
     expect "the log to be opened" eval '[[ $(last_address) == *"$log" ]]'
+    printf '#!/bin/sh\nexit 3\n' >"$HOME/bin/xdg-open"
+    by_keys 3 Down Right Down Return
+    expect "where the log is" shows label "There is currently no logfile .*$log"
+    xdotool key Return
+    expect "the alert to close" shows_not label "There is currently no logfile .*"
     by_keys 1 Up Return
     expect_end 0
 }

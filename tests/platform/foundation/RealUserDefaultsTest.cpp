@@ -19,8 +19,13 @@ namespace {
 
 struct LastMessage : SystemLog
 {
-    void write(const QString &message) override { text = message; }
+    void write(const QString &message) override
+    {
+        text = message;
+        isOfMainThread = QThread::currentThread() == qApp->thread();
+    }
     QString text;
+    bool isOfMainThread = false;
 };
 
 struct RealUserDefaultsTest : testing::Test
@@ -252,6 +257,7 @@ TEST_F(RealUserDefaultsTest, WaitsForNoDiskUnlessAsked)
     }
     EXPECT_SOON(answers.size() == 4);
     EXPECT_EQ(answers.value(1), u"no"_s) << "another process has the folder";
+    EXPECT_FALSE(m_log.isOfMainThread) << "it is not the one that waits";
     onThread([&] { defaults.synchronizeLater(answer); });
     EXPECT_SOON(answers.size() == 5);
     EXPECT_EQ(answers.last(), u"yes"_s);

@@ -7,7 +7,10 @@
 #include "plugins/status/HistoryChart.h"
 
 #include <QComboBox>
+#include <QMenu>
+#include <QMenuBar>
 #include <QRadioButton>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QSlider>
 #include <QSpinBox>
@@ -60,6 +63,17 @@ std::pair<QColor, QColor> extremes(const QImage &image, const QRect &part)
         }
     }
     return found;
+}
+
+/// How many pixels look different.
+int changes(const QImage &before, const QImage &after)
+{
+    int changed = 0;
+    for (int y = 0; y < before.height(); ++y) {
+        for (int x = 0; x < before.width(); ++x)
+            changed += contrast(before.pixelColor(x, y), after.pixelColor(x, y)) >= discernible;
+    }
+    return changed;
 }
 
 /// Of the title, on the place of the body where it is worst.
@@ -165,35 +179,55 @@ TEST(HostLook, EdgesLinesAndRingsCanBeSeen)
     chart.setParent(&window);
     check.setText(u"H"_s);
     radio.setText(u"H"_s);
+    QWidget view(&window);
+    look::addScrollingColumn(&view, u"page"_s);
+    auto *page = view.findChild<QScrollArea *>();
+    page->setFocusPolicy(Qt::StrongFocus); // as while there is something to scroll
     QWidget elsewhere(&window);
     elsewhere.setFocusPolicy(Qt::StrongFocus);
     ASSERT_TRUE(activate(window));
     for (const bool isEnabled : {true, false}) {
-        for (QWidget *each : std::initializer_list<QWidget *>{
-                 &check, &radio, &field, &number, &choice, &slider, &bar, &push, &card, &chart}) {
+        for (QWidget *each :
+             std::initializer_list<QWidget *>{&check, &radio, &field, &number, &choice, &slider,
+                                              &bar, &push, &card, &chart, page}) {
             SCOPED_TRACE(each->metaObject()->className());
             each->resize(100, 30);
             each->setEnabled(isEnabled);
             elsewhere.setFocus(Qt::TabFocusReason);
             const QImage usual = drawn(*each);
             const QRect start(0, 10, 9, 20);
-            if (isEnabled || each != &bar) {
+            if (each != page && (isEnabled || each != &bar)) {
                 EXPECT_GE(contrast(extremes(usual, start).first, Qt::white), discernible);
             }
             if (!isEnabled || each->focusPolicy() == Qt::NoFocus)
                 continue;
             each->setFocus(Qt::TabFocusReason);
             window.setAttribute(Qt::WA_KeyboardFocusChange); // as after the first Tab
-            const QImage focused = drawn(*each);
-            int changed = 0;
-            for (int y = 0; y < usual.height(); ++y) {
-                for (int x = 0; x < usual.width(); ++x)
-                    changed +=
-                        contrast(usual.pixelColor(x, y), focused.pixelColor(x, y)) >= discernible;
-            }
-            EXPECT_GT(changed, 40 * scale) << "the ring of the keyboard";
+            EXPECT_GT(changes(usual, drawn(*each)), 40 * scale) << "the ring of the keyboard";
         }
     }
+}
+
+TEST(HostLook, MarksTheReachedTitleOfTheMenuBarAndRaisesTexts)
+{
+    HostLook::apply();
+    QMenuBar menus;
+    menus.addMenu(u"HHHH"_s);
+    menus.resize(100, 30);
+    const QImage unreached = drawn(menus);
+    const QPointF title = menus.actionGeometry(menus.actions().first()).center();
+    QMouseEvent reach(QEvent::MouseMove, title, title, Qt::NoButton, {}, {});
+    QApplication::sendEvent(&menus, &reach);
+    EXPECT_GT(changes(unreached, drawn(menus)), 40 * scale);
+
+    QLabel label(u"HHHH"_s);
+    label.setAutoFillBackground(true);
+    label.setPalette(QPalette(Qt::black, HostColors::accent));
+    label.resize(100, 30);
+    const auto lightest = [&] { return luminance(extremes(drawn(label), label.rect()).second); };
+    const double flat = lightest();
+    label.setProperty("backgroundStyle", 2);
+    EXPECT_GT(lightest(), flat);
 }
 
 TEST(HostLook, KeepsFewOfTheStylesPictures)

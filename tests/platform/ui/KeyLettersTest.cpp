@@ -1,7 +1,10 @@
 #include "platform/ui/KeyLetters.h"
+#include "platform/ui/RealDesktopServices.h"
+#include "tests/support/TestServices.h"
 
 #include <QMenu>
 #include <QMenuBar>
+#include <QMessageBox>
 
 TEST(KeyLetters, TellTitlesOfOneMenuApart)
 {
@@ -39,4 +42,19 @@ TEST(KeyLetters, FollowTheEntriesOfMenus)
     for (const QAction *entry : menu->actions() + submenu->actions())
         texts << entry->text();
     EXPECT_EQ(texts, (QStringList{u"&More"_s, u"Hidden"_s, u"&Hide"_s, u"&Most"_s}));
+}
+
+TEST(KeyLetters, ReachTheAnswersOfAlerts)
+{
+    const TestServices services;
+    QStringList texts;
+    QTimer::singleShot(0, [&] {
+        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        for (const QAbstractButton *button : box->buttons())
+            texts << button->text();
+        box->reject();
+    });
+    MessageBoxAlertPanel().run(u"title"_s, u"message"_s, u"A & B"_s, u"A & C"_s);
+    texts.sort();
+    EXPECT_EQ(texts, (QStringList{u"&A && B"_s, u"A && &C"_s}));
 }
