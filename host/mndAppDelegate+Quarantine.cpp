@@ -32,6 +32,34 @@ bool wasAnswered()
     return !application || !application->isTerminating();
 }
 
+void takeBack(mndAppDelegate &host, const QString &bundle)
+{
+    PluginQuarantine::takeBack(bundle, [self = QPointer(&host), bundle](bool isStored) {
+        if (!self)
+            return;
+        const QString text = isStored
+            ? format(self->stringResource(u"SZ_TAKEN_BACK"_s,
+                                          u"“%@” is started again the next time Solvane starts."_s),
+                     {nameOf(bundle)})
+            : self->stringResource(u"SZ_PREFS_DELAY_FAILED"_s,
+                                   u"This could not be stored and is forgotten when Solvane ends. "
+                                   "The disk may be full or write-protected."_s);
+        desktopServices().alertPanel->run(self->stringResource(u"SZ_TITLE"_s, u"Solvane"_s), text,
+                                          self->stringResource(u"SZ_CLOSE"_s, u"Close"_s), {});
+    });
+}
+
+void fillLeftOutMenu(QMenu &menu, mndAppDelegate &host)
+{
+    menu.clear();
+    const QString title = host.stringResource(u"SZ_TAKE_BACK"_s, u"Start “%@” again"_s);
+    for (const QString &bundle : PluginQuarantine::leftOut()) {
+        menu.addAction(mnemonics::literal(format(title, {nameOf(bundle)})), &host,
+                       [&host, bundle] { takeBack(host, bundle); });
+    }
+    menu.menuAction()->setVisible(!menu.isEmpty());
+}
+
 } // namespace
 
 void mndAppDelegate::askAfterCrash()
@@ -98,39 +126,9 @@ void mndAppDelegate::makeLeftOutMenu()
     if (!help)
         return;
     const QString designed = u"Left-out plugins"_s;
-    m_leftOutMenu =
+    QMenu *menu =
         help->addMenu(mnemonics::literal(stringResource(u"SZ_LEFT_OUT_PLUGINS"_s, designed)));
-    m_leftOutMenu->menuAction()->setProperty(keyLetters::designedTitle, designed);
-    m_leftOutMenu->menuAction()->setVisible(false);
-    connect(help, &QMenu::aboutToShow, this, [this] { fillLeftOutMenu(); });
-}
-
-void mndAppDelegate::fillLeftOutMenu()
-{
-    if (!m_leftOutMenu)
-        return;
-    m_leftOutMenu->clear();
-    const QString title = stringResource(u"SZ_TAKE_BACK"_s, u"Start “%@” again"_s);
-    for (const QString &bundle : PluginQuarantine::leftOut()) {
-        m_leftOutMenu->addAction(mnemonics::literal(format(title, {nameOf(bundle)})), this,
-                                 [this, bundle] { takeBack(bundle); });
-    }
-    m_leftOutMenu->menuAction()->setVisible(!m_leftOutMenu->isEmpty());
-}
-
-void mndAppDelegate::takeBack(const QString &bundle)
-{
-    PluginQuarantine::takeBack(bundle, [self = QPointer(this), bundle](bool isStored) {
-        if (!self)
-            return;
-        const QString text = isStored
-            ? format(self->stringResource(u"SZ_TAKEN_BACK"_s,
-                                          u"“%@” is started again the next time Solvane starts."_s),
-                     {nameOf(bundle)})
-            : self->stringResource(u"SZ_PREFS_DELAY_FAILED"_s,
-                                   u"This could not be stored and is forgotten when Solvane ends. "
-                                   "The disk may be full or write-protected."_s);
-        desktopServices().alertPanel->run(self->stringResource(u"SZ_TITLE"_s, u"Solvane"_s), text,
-                                          self->stringResource(u"SZ_CLOSE"_s, u"Close"_s), {});
-    });
+    menu->menuAction()->setProperty(keyLetters::designedTitle, designed);
+    menu->menuAction()->setVisible(false);
+    connect(help, &QMenu::aboutToShow, this, [this, menu] { fillLeftOutMenu(*menu, *this); });
 }

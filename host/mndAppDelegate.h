@@ -16,12 +16,10 @@
 #include <atomic>
 #include <functional>
 
-class QMenu;
 class mndAbout;
 class mndPlugins;
 class mndPrefs;
 class LoadReports;
-class SharedWorkspace;
 class PluginLoadObserver;
 class PluginQuarantine;
 class sharedHelpers;
@@ -191,8 +189,6 @@ private:
     bool askAboutCulprit();
     void offerSafeMode();
     void makeLeftOutMenu();
-    void fillLeftOutMenu();
-    void takeBack(const QString &bundle);
     void buildSidebarTree();
     void _loaded();
     void _loaded2();
@@ -243,7 +239,6 @@ private:
     int m_sidebarWidth = 0; ///< as the interface file has it; 0 before it was read
     std::atomic<bool> m_isSidebarToBeFitted = false;
     QPointer<QWidget> _title;
-    QPointer<QMenu> m_leftOutMenu;
     std::unique_ptr<Welcome> _welcome;
     std::optional<LanguageFile> _languageFile;
     std::unique_ptr<slvFeedback> _feedback;
@@ -255,9 +250,9 @@ private:
     mndCore *_core = nullptr;
 
     SidebarTree m_tree; ///< owns the items that sourceListItems and the plugins refer to
-    std::unique_ptr<LoadReports> m_reports;       ///< what m_Factory knows as SHARED.LOADREPORTS
-    std::unique_ptr<SharedWorkspace> m_workspace; ///< and as SHARED.WORKSPACE
-    std::unique_ptr<sharedHelpers> m_helpers;     ///< owns what m_Factory knows as SHARED.HELPERS
+    std::unique_ptr<LoadReports> m_reports;   ///< what m_Factory knows as SHARED.LOADREPORTS
+    std::unique_ptr<QObject> m_workspace;     ///< and as SHARED.WORKSPACE
+    std::unique_ptr<sharedHelpers> m_helpers; ///< owns what m_Factory knows as SHARED.HELPERS
     PluginLoadObserver *m_observer = nullptr;
     bool m_asksNobody = false;
     PluginQuarantine *m_quarantine = nullptr;

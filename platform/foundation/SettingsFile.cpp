@@ -117,8 +117,7 @@ QString SettingsFile::change(const SettingsChanges &changes)
     const QString folder = QFileInfo(m_path).path();
     // The user's alone: whoever may open it can hold its lock.
     constexpr auto own = QFile::ReadUser | QFile::WriteUser | QFile::ExeUser;
-    if (!QFileInfo::exists(folder)
-        && !(QDir().mkpath(folder) && QFile::setPermissions(folder, own)))
+    if (!QDir(folder).exists() && !(QDir().mkpath(folder) && QFile::setPermissions(folder, own)))
         return u"its folder cannot be made"_s;
     const Result<QString> followed = linksFollowed(m_path);
     if (!followed)

@@ -131,13 +131,8 @@ TEST(VolumeList, SaysHowAVolumeIs)
 TEST(HistoryChart, KeepsItsLastSamples)
 {
     HistoryChart chart(Qt::blue);
-    static int told = 0;
-    QAccessible::setActive(true);
-    const auto former = QAccessible::installUpdateHandler([](QAccessibleEvent *) { ++told; });
     for (int i = 0; i < HistoryChart::capacity + 5; ++i)
         chart.addSample(i < 5 ? 0.0 : 7.0);
-    QAccessible::installUpdateHandler(former);
-    EXPECT_EQ(told, 1) << "assistive technology hears of the one change";
     EXPECT_EQ(chart.count(), HistoryChart::capacity);
     chart.resize(120, 60);
     const QImage picture = chart.grab().toImage();
