@@ -16,7 +16,7 @@ inline QByteArray references(int first, int count)
 {
     QByteArray bytes;
     for (int i = 0; i < count; ++i)
-        bytes += bigEndian(quint64(first + i), 2);
+        bytes += bigEndian(quint64(first) + quint64(i), 2);
     return bytes;
 }
 
