@@ -7,6 +7,7 @@
 #include "plugin_host/PluginQuarantine.h"
 #include "plugin_host/SidebarTree.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
@@ -58,10 +59,16 @@ bool isOfNoHeading(const PluginLoadReport &report, const SidebarTree::Headings &
 /// How long a plugin's threads and timers have to show what they do.
 constexpr int afterwards = 250; // milliseconds
 
-/// Calls all that the host calls: a page is shown and hidden, on a screen that is none.
+void letTimePass()
+{
+    QEventLoop moment;
+    QTimer::singleShot(afterwards, &moment, &QEventLoop::quit);
+    moment.exec();
+}
+
+/// Shows and hides the plugin's page as the host does, on a screen that is none.
 void tryOut(mndPlugins &registry, const QObject *plugin)
 {
-    registry.performSelectorOnAllDelegates(Selector(u"onAllPluginsLoaded"_s));
     QWidget area;
     area.resize(540, 450);
     area.show();
@@ -72,9 +79,6 @@ void tryOut(mndPlugins &registry, const QObject *plugin)
     area.grab();
     mndPlugins::removeSubviews(&area);
     registry.performSelectorOnAllDelegates(Selector(u"onViewHide"_s));
-    QEventLoop moment;
-    QTimer::singleShot(afterwards, &moment, &QEventLoop::quit);
-    moment.exec();
 }
 
 } // namespace
@@ -181,6 +185,8 @@ int PluginDiagnosis::check(const QString &path, mndAppDelegate &delegate,
                            PluginQuarantine &quarantine, QTextStream &out)
 {
     const QFileInfo bundle(QDir::cleanPath(path));
+    // The host comes to the end of its start, and tells its own plugins that all are loaded.
+    letTimePass();
     const PluginLoadReport *report = bundle.exists() ? find(bundle) : nullptr;
     mndPlugins *registry = delegate.plugins();
     // Not the registry's own: what is left out elsewhere is checked all the same.
@@ -188,9 +194,15 @@ int PluginDiagnosis::check(const QString &path, mndAppDelegate &delegate,
     if (!report) {
         registry = &load(bundle.absoluteFilePath(), delegate);
         report = &m_reports.last();
+        registry->performSelectorOnAllDelegates(Selector(u"onAllPluginsLoaded"_s));
     }
-    if (report->plugin)
+    if (report->plugin) {
         tryOut(*registry, report->plugin);
+        // For the registry that is over as soon as the page has been painted.
+        QCoreApplication::processEvents();
+        quarantine.enter(bundle.absoluteFilePath());
+        letTimePass();
+    }
     quarantine.leave(bundle.absoluteFilePath());
     QStringList problems = report->problems + problemsOfCalls(report->plugin);
     if (const QString rival = report->accepted ? rivalOf(*report) : QString(); !rival.isNull())

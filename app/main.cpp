@@ -119,7 +119,8 @@ int diagnoseHere(const CommandLine &commandLine, Application &application)
     const QString &breadcrumb = commandLine.breadcrumb;
     if (!breadcrumb.isNull() && !quarantine.keepBreadcrumbs(breadcrumb))
         QTextStream(stderr) << "solvane: " << breadcrumb << " cannot be written\n";
-    std::unique_ptr<QWidget> window; // outlives the delegate that works on it
+    const OrderlyEnd end(quarantine); // tells whose an exit() was
+    std::unique_ptr<QWidget> window;  // outlives the delegate that works on it
     mndAppDelegate delegate;
     PluginDiagnosis diagnosis;
     // Before either ends with its plugins, whose threads may wait for this one.

@@ -80,6 +80,15 @@ WrongTypes "view" is no QWidget: .*
 Good it is a link: .*
 Misbehaves it took the program down: Aborted
 END
+    mv "$HOME/ThrowsInCallbacks.bundle" "$plugins/"
+    diagnose --check-plugin "$plugins/ThrowsInCallbacks.bundle"
+    (($(grep -c "onAllPluginsLoaded" <<<"$lines") == 1)) || fail "installed, told twice: $lines"
+    mv "$HOME/Misbehaves.bundle" "$plugins/"
+    export SOLVANE_FIXTURE_HARM=exit
+    diagnose --check-plugin "$plugins/Misbehaves.bundle"
+    [[ $lines == "Misbehaves.bundle: it took the program down: it ended with status 3" ]] ||
+        fail "installed, exits: $lines"
+    unset SOLVANE_FIXTURE_HARM
     chmod o+w "$plugins/Good.bundle/Contents/Info.plist"
     diagnose --list-plugins
     [[ $lines == *"refused: $plugins/Good.bundle: others could have changed it: everybody may write $plugins/Good.bundle/Contents/Info.plist"* ]] ||
