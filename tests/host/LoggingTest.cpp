@@ -260,8 +260,11 @@ TEST_F(Log, DoesNotComeBackWithALineThatIsLate)
     delegate->log(u"first"_s);
     LogHelpers helpers;
     helpers.size = 1;
-    helpers.onAsked = [this] { item("miExtendedLoggingEnable")->trigger(); };
+    helpers.onAsked = [this] { QFile::remove(logPath()); };
     delegate->sharedObjectRegister(u"SHARED.HELPERS"_s, &helpers);
+    delegate->log(u"into the next file"_s);
+    EXPECT_EQ(logLines().size(), 1);
+    helpers.onAsked = [this] { item("miExtendedLoggingEnable")->trigger(); };
     delegate->log(u"on its way"_s);
     EXPECT_FALSE(delegate->extendedLoggingValue());
     EXPECT_FALSE(QFile::exists(logPath()));

@@ -80,6 +80,9 @@ WrongTypes "view" is no QWidget: .*
 Good it is a link: .*
 Misbehaves it took the program down: Aborted
 END
+    cp -R "$fixtures/NamedByFolder/NamedByFolder.bundle" "$HOME/Cleaning-Alpha.bundle"
+    diagnose --check-plugin "$HOME/Cleaning-Alpha.bundle"
+    [[ $(tail -n 2 "$SOLVANE_FIXTURE_NOTES") == onViewShow*$'\n'onViewHide* ]] || fail "a shown page is not hidden"
     mv "$HOME/ThrowsInCallbacks.bundle" "$plugins/"
     diagnose --check-plugin "$plugins/ThrowsInCallbacks.bundle"
     (($(grep -c "onAllPluginsLoaded" <<<"$lines") == 1)) || fail "installed, told twice: $lines"

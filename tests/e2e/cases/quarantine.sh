@@ -71,6 +71,16 @@ test_leaves_out_a_plugin_that_crashes_when_all_are_loaded() {
     quit
 }
 
+test_asks_about_nothing_that_comes_with_it() {
+    mkdir -p "$(dirname "$(crumb)")"
+    # Entered, and never left.
+    printf %s "$build/Solvane.app/Contents/Resources/Status.bundle" >"$(crumb)"
+    truncate -s 8200 "$(crumb)"
+    start_shown
+    quit
+    [[ ! -s $(crumb) ]] || fail "a breadcrumb is left after an orderly end"
+}
+
 test_takes_no_answer_from_a_session_that_ends() {
     install_plugins CrashesInInitialize
     start

@@ -28,6 +28,7 @@ test_extended_logging_writes_until_the_end() {
     enable_extended_logging
     xdotool key F1
     expect "a line in the log" grep -qs 'mndAppDelegate::showPlugin::216 plugin.support$' "$log"
+    [[ $(stat -c %a "${settings%/*}") == 700 ]] || fail "others can hold the lock of the settings"
     click "menu item" Help
     click "menu item" "Extended logging"
     expect "the check mark" shows "menu item" "Enable extended logging" checked

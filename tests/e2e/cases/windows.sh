@@ -264,6 +264,11 @@ test_the_other_entries_by_keyboard() {
     expect_end 0
 }
 
+toggle_maximized() {
+    click "menu item" Window
+    click "menu item" Maximize
+}
+
 test_the_window_comes_back_to_its_place() {
     local geometry
     start_shown
@@ -274,6 +279,17 @@ test_the_window_comes_back_to_its_place() {
     start_shown
     [[ $geometry == *" 1011 611" && $(objects frame Solvane) == "$geometry" ]] ||
         fail "it was at $geometry, and is at $(objects frame Solvane)"
+
+    # The size it had before it filled the screen outlives that it was hidden.
+    toggle_maximized
+    expect "the window to be large" is_maximized "$(window)"
+    xdotool key ctrl+w
+    expect "the window to close" has_no_window
+    "$solvane"
+    expect_shown
+    is_maximized "$(window)" || fail "it does not fill the screen any more"
+    toggle_maximized
+    expect "the window as it was" eval '[[ $(objects frame Solvane) == "$geometry" ]]'
     quit
 }
 
