@@ -251,6 +251,17 @@ bool ElfTables::countSymbols()
         && at(value(DT_SYMTAB), m_symbols * sizeof(Elf64_Sym));
 }
 
+/// As many symbols as there are up to the last one that a relocation names.
+quint64 ElfTables::relocated(qint64 table, qint64 size) const
+{
+    quint64 symbols = 0;
+    for (quint64 i = 0; i < value(size) / sizeof(Elf64_Rela); ++i) {
+        const auto one = read<Elf64_Rela>(value(table) + i * sizeof(Elf64_Rela));
+        symbols = std::max<quint64>(symbols, ELF64_R_SYM(one.r_info) + 1);
+    }
+    return symbols;
+}
+
 bool ElfTables::countByGnuHash()
 {
     struct Header
@@ -272,8 +283,11 @@ bool ElfTables::countByGnuHash()
         last = std::max(last, bucket);
     }
     m_symbols = header.firstSymbol;
-    if (last == 0)
+    if (last == 0) { // nothing is exported, and of what is imported the table says nothing
+        m_symbols =
+            std::max({m_symbols, relocated(DT_RELA, DT_RELASZ), relocated(DT_JMPREL, DT_PLTRELSZ)});
         return true;
+    }
     // The lowest bit ends a chain. Where the last chain ends, all others have ended.
     for (quint64 symbol = last;; ++symbol) {
         const quint64 place = chains + (symbol - header.firstSymbol) * 4;

@@ -45,6 +45,7 @@ private:
     bool tablesFit() const;
     bool stringsFit() const;
     bool countSymbols();
+    quint64 relocated(qint64 table, qint64 size) const;
     bool countByGnuHash();
     bool countBySysvHash();
     bool symbolsFit() const;
