@@ -11,6 +11,7 @@
 #include <atomic>
 #include <cstdint>
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -46,11 +47,23 @@ struct Search
     QByteArray bundle;
     QByteArray folder;
     std::uintptr_t address = 0;
+    QByteArray inside = bundle + '/';
+    quint64 seen = 0;
 };
+
+/// How many of the process's objects were looked at, the first ones in the order of their loading,
+/// and how many had been unloaded then. With thousands of plugins each search would take longer
+/// than to load one.
+quint64 looked = 0; // main thread
+quint64 unloaded = 0;
 
 int addWhatBelongs(dl_phdr_info *object, std::size_t, void *data)
 {
-    const auto &search = *static_cast<const Search *>(data);
+    auto &search = *static_cast<Search *>(data);
+    if (search.seen == 0 && std::exchange(unloaded, object->dlpi_subs) != object->dlpi_subs)
+        looked = 0;
+    if (search.seen++ < looked)
+        return 0;
     std::uintptr_t begin = UINTPTR_MAX;
     std::uintptr_t end = 0;
     for (int i = 0; i < object->dlpi_phnum; ++i) {
@@ -60,7 +73,7 @@ int addWhatBelongs(dl_phdr_info *object, std::size_t, void *data)
         begin = std::min<std::uintptr_t>(begin, object->dlpi_addr + segment.p_vaddr);
         end = std::max<std::uintptr_t>(end, object->dlpi_addr + segment.p_vaddr + segment.p_memsz);
     }
-    const bool isInside = QByteArrayView(object->dlpi_name).contains(search.bundle + '/');
+    const bool isInside = QByteArrayView(object->dlpi_name).contains(search.inside);
     const bool holds = search.address >= begin && search.address < end;
     if (end == 0 || (!isInside && !holds) || moduleAt(begin))
         return 0;
@@ -96,6 +109,13 @@ void PluginModules::add(const QString &bundle, const void *address)
     Search search{FilePath::encode(bundle), QFileInfo(bundle).completeBaseName().toUtf8(),
                   reinterpret_cast<std::uintptr_t>(address)};
     ::dl_iterate_phdr(addWhatBelongs, &search);
+    looked = search.seen;
+    if (!address || moduleAt(search.address))
+        return;
+    // Another bundle has brought it along.
+    search.seen = looked = 0;
+    ::dl_iterate_phdr(addWhatBelongs, &search);
+    looked = search.seen;
 }
 
 void PluginModules::setId(const QString &bundle, const QString &id)
