@@ -49,6 +49,7 @@ struct Search
     std::uintptr_t address = 0;
     QByteArray inside = bundle + '/';
     quint64 seen = 0;
+    bool isAgain = false; ///< some of the objects were looked at before
 };
 
 /// How many of the process's objects were looked at, the first ones in the order of their loading,
@@ -62,6 +63,7 @@ int addWhatBelongs(dl_phdr_info *object, std::size_t, void *data)
     auto &search = *static_cast<Search *>(data);
     if (search.seen == 0 && std::exchange(unloaded, object->dlpi_subs) != object->dlpi_subs)
         looked = 0;
+    search.isAgain |= looked == 0;
     if (search.seen++ < looked)
         return 0;
     std::uintptr_t begin = UINTPTR_MAX;
@@ -75,7 +77,7 @@ int addWhatBelongs(dl_phdr_info *object, std::size_t, void *data)
     }
     const bool isInside = QByteArrayView(object->dlpi_name).contains(search.inside);
     const bool holds = search.address >= begin && search.address < end;
-    if (end == 0 || (!isInside && !holds) || moduleAt(begin))
+    if (end == 0 || (!isInside && !holds) || (search.isAgain && moduleAt(begin)))
         return 0;
     auto *module =
         new Module{begin, end, kept(search.bundle), kept(search.folder), nullptr, modules};
@@ -121,8 +123,12 @@ void PluginModules::add(const QString &bundle, const void *address)
 void PluginModules::setId(const QString &bundle, const QString &id)
 {
     const QByteArray path = FilePath::encode(bundle);
-    for (Module *module = modules; module; module = module->next) {
-        if (path == module->bundle && !module->id)
+    // They stand together, the latest first.
+    Module *module = modules;
+    while (module && path != module->bundle)
+        module = module->next;
+    for (; module && path == module->bundle; module = module->next) {
+        if (!module->id)
             module->id = kept(id.toUtf8());
     }
 }
